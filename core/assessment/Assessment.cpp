@@ -1,0 +1,1 @@
+#include "assessment/Assessment.h"

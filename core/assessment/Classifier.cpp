@@ -1,0 +1,1 @@
+#include "assessment/Classifier.h"

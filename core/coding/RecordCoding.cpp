@@ -1,0 +1,1 @@
+#include "coding/RecordCoding.h"

@@ -1,0 +1,1 @@
+#include "fontfile/EmbeddingRights.h"

@@ -1,0 +1,85 @@
+// The record that everything else passes around: what one font face says about itself.
+#pragma once
+
+#include "fontfile/NameTable.h"
+#include "fontfile/OS2Info.h"
+#include "text/RawValue.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillmark {
+
+/// Where a font was found.
+enum class FontOrigin { installed, folder, document };
+
+template <>
+inline constexpr auto rawValues<FontOrigin> = std::to_array<std::string_view>({
+    "installed",
+    "folder",
+    "document",
+});
+
+/// The values of FontFacts::format, but for the upper-cased extension of an unrecognised format.
+namespace FormatLabel {
+inline constexpr std::string_view trueType = "TrueType";
+inline constexpr std::string_view trueTypeCollection = "TrueType collection";
+inline constexpr std::string_view openTypeCFF = "OpenType (CFF)";
+inline constexpr std::string_view postScriptType1 = "PostScript Type 1";
+inline constexpr std::string_view bitmap = "Bitmap";
+inline constexpr std::string_view font = "Font";
+inline constexpr std::string_view bareProgram = "CFF/Type 1";
+} // namespace FormatLabel
+
+/// One font face. Absent means that the font does not say; texts are trimmed and never empty when
+/// they come from a font. `postScriptName` names the font in notes and look-ups.
+struct FontFacts {
+    std::string postScriptName;
+    std::string family;
+    std::string style; // may be empty
+    std::optional<std::string> fullName;
+    std::optional<std::string> copyright;
+    std::optional<std::string> trademark;
+    std::optional<std::string> manufacturer;
+    std::optional<std::string> designer;
+    std::optional<std::string> vendorURL;
+    std::optional<std::string> licenseDescription; // name 13, or the text of a licence file
+    std::optional<std::string> licenseURL;
+    std::optional<std::string> licenseFile; // path of the licence file beside the font
+    std::optional<OS2Info> os2;
+    std::optional<std::string> filePath;
+    std::optional<std::string> format; // a FormatLabel
+    FontOrigin origin{};
+
+    /// Facts from name strings. `fallbackName` stands in where the names give no family or no
+    /// PostScript name.
+    [[nodiscard]] static FontFacts fromNames(const NameStrings& names, std::optional<OS2Info> os2,
+                                             std::string_view fallbackName,
+                                             std::optional<std::string> filePath,
+                                             std::optional<std::string> format, FontOrigin origin);
+
+    /// One record per face of a font file's bytes, in face order; empty when there is none.
+    [[nodiscard]] static std::vector<FontFacts> read(std::span<const std::byte> data,
+                                                     const std::optional<std::string>& filePath,
+                                                     FontOrigin origin);
+
+    /// This record, a matched font, with what it lacks taken from `other`, the document's own copy.
+    /// A licence file is taken over only together with the licence text that was read from it.
+    [[nodiscard]] FontFacts filled(const FontFacts& other) const;
+
+    /// The full name, else the family and the style, else the family.
+    [[nodiscard]] std::string displayName() const;
+
+    /// The embedding permission bits; absent without an `OS/2` table.
+    [[nodiscard]] std::optional<std::uint16_t> fsType() const;
+
+    bool operator==(const FontFacts&) const = default;
+};
+
+} // namespace quillmark

@@ -1,0 +1,70 @@
+// The OpenType `name` table: one string per name identifier.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace quillmark {
+
+/// The name identifiers that are used (OpenType `name`, name IDs).
+enum class NameID : std::uint16_t {
+    copyright = 0,
+    family = 1,
+    subfamily = 2,
+    fullName = 4,
+    postScriptName = 6,
+    trademark = 7,
+    manufacturer = 8,
+    designer = 9,
+    description = 10,
+    vendorURL = 11,
+    designerURL = 12,
+    licenseDescription = 13,
+    licenseURL = 14,
+    typographicFamily = 16,
+    typographicSubfamily = 17,
+};
+
+/// Every NameID in declaration order.
+inline constexpr std::array allNameIDs{
+    NameID::copyright,
+    NameID::family,
+    NameID::subfamily,
+    NameID::fullName,
+    NameID::postScriptName,
+    NameID::trademark,
+    NameID::manufacturer,
+    NameID::designer,
+    NameID::description,
+    NameID::vendorURL,
+    NameID::designerURL,
+    NameID::licenseDescription,
+    NameID::licenseURL,
+    NameID::typographicFamily,
+    NameID::typographicSubfamily,
+};
+
+/// The NameID with this identifier; absent for any other number.
+[[nodiscard]] std::optional<NameID> nameID(std::uint16_t raw);
+
+/// Strings by name identifier, not limited to the cases of NameID.
+using NameStrings = std::map<std::uint16_t, std::string>;
+
+namespace NameTable {
+
+/// The most text, in bytes as stored, that is decoded from one table. No real font comes near it;
+/// it bounds the work on a table whose records all point at the same long string.
+inline constexpr std::size_t maximumTextBytes = std::size_t{16} << 20U;
+
+/// The best string for each identifier: Windows English (United States), other Windows languages,
+/// the Unicode platform, Macintosh English, other Macintosh languages. Trimmed of white space and
+/// NUL; never empty. An empty map for unusable input.
+[[nodiscard]] NameStrings strings(std::span<const std::byte> table);
+
+} // namespace NameTable
+} // namespace quillmark

@@ -1,0 +1,1 @@
+#include "fontfile/OS2Info.h"

@@ -1,0 +1,1 @@
+#include "fontfile/Type1.h"

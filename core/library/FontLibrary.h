@@ -1,0 +1,52 @@
+// Lists of font facts: the installed fonts, the fonts of a folder, the faces of a file.
+#pragma once
+
+#include "fontfile/FontFacts.h"
+#include "library/FontService.h"
+#include "text/Collation.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillmark::FontLibrary {
+
+using Progress = std::function<void(std::size_t done, std::size_t total)>;
+
+/// Every installed font, without duplicates, sorted by family and style in `order`. `progress`, if
+/// given, is called from this thread at every hundredth font and at the end.
+[[nodiscard]] std::vector<FontFacts>
+installedFonts(const FontService& service, const Collator& order, const Progress& progress = {});
+
+/// Every font in `folder` and its subfolders, with the licence files found beside fonts that carry
+/// no licence of their own, without duplicates, sorted by family and style in `order`. Empty when
+/// the folder cannot be listed. Files are read on all cores; the result is always in the same
+/// order.
+[[nodiscard]] std::vector<FontFacts> scanFolder(const FontService& service, const Collator& order,
+                                                const std::filesystem::path& folder);
+
+/// One record per face of one font file, whatever its extension.
+[[nodiscard]] std::vector<FontFacts> readFile(const FontService& service,
+                                              const std::filesystem::path& file, FontOrigin origin);
+
+/// The installed font with exactly this PostScript name.
+[[nodiscard]] std::optional<FontFacts> installedFont(const FontService& service,
+                                                     std::string_view postScriptName);
+
+/// The facts of one face as the service knows it.
+[[nodiscard]] FontFacts facts(const PlatformFont& font, FontOrigin origin);
+
+/// The label for FontFacts::format.
+[[nodiscard]] std::string formatName(const PlatformFont& font);
+
+/// A record for each named instance of the variable fonts among `fonts`, in their order, under the
+/// instance's own names. Meant for looking names up, not for listing.
+[[nodiscard]] std::vector<FontFacts> namedInstances(const FontService& service,
+                                                    std::span<const FontFacts> fonts);
+
+} // namespace quillmark::FontLibrary

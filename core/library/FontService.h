@@ -1,0 +1,58 @@
+// The seam between the font library and the system that knows the installed fonts.
+// The real one is SystemFontService.h; tests have a fake.
+#pragma once
+
+#include "fontfile/NameTable.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillmark {
+
+/// The kinds of font that the service tells apart. Other files have none.
+enum class FontFormat {
+    openTypePostScript = 1,
+    openTypeTrueType = 2,
+    trueType = 3,
+    postScript = 4,
+    bitmap = 5,
+};
+
+/// One face as the service knows it.
+struct PlatformFont {
+    std::string postScriptName; // the service's own name for it; may be empty in a file's face
+    std::optional<std::filesystem::path> path;
+    std::optional<FontFormat> format;
+    std::optional<std::vector<std::byte>> name; // raw `name` table
+    std::optional<std::vector<std::byte>> os2;  // raw `OS/2` table
+    std::optional<std::vector<std::byte>> fvar; // raw `fvar` table, only where it was asked for
+    NameStrings names; // names that the format has outside a `name` table, by name identifier
+};
+
+/// Whether to fetch the `fvar` table too, which only the names of variable fonts' instances need.
+enum class Variations { leaveOut, include };
+
+/// All functions may be called from any thread. Nothing fails: what cannot be read is not there.
+class FontService {
+public:
+    virtual ~FontService() = default;
+
+    /// The PostScript names of the installed fonts, each once, in an order that does not change
+    /// between calls.
+    [[nodiscard]] virtual std::vector<std::string> installedNames() const = 0;
+
+    /// The installed font asked for by `postScriptName`. A service may answer with another font,
+    /// so a caller compares the name in the answer.
+    [[nodiscard]] virtual std::optional<PlatformFont>
+    installedFont(std::string_view postScriptName) const = 0;
+
+    /// The faces of one font file in file order; empty when it has none that can be read.
+    [[nodiscard]] virtual std::vector<PlatformFont> facesOf(const std::filesystem::path& file,
+                                                            Variations variations) const = 0;
+};
+
+} // namespace quillmark

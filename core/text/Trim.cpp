@@ -1,0 +1,1 @@
+#include "text/Trim.h"
