@@ -1,1 +1,0 @@
-#include "fontfile/ByteReader.h"
