@@ -64,7 +64,8 @@ struct FontFacts {
                                              std::optional<std::string> filePath,
                                              std::optional<std::string> format, FontOrigin origin);
 
-    /// One record per face of a font file's bytes, in face order; empty when there is none.
+    /// One record per face of a font file's bytes, in face order; empty when there is none. A face
+    /// whose names come after NameTable::maximumFileBytes is spent keeps its place, without names.
     [[nodiscard]] static std::vector<FontFacts> read(std::span<const std::byte> data,
                                                      const std::optional<std::string>& filePath,
                                                      FontOrigin origin);

@@ -1,1 +1,152 @@
 #include "fontfile/NameTable.h"
+
+#include "fontfile/ByteReader.h"
+#include "text/Encoding.h"
+#include "text/Trim.h"
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+#include <utility>
+#include <vector>
+
+namespace quillmark {
+namespace {
+
+constexpr std::size_t recordsStart = 6;
+constexpr std::size_t recordSize = 12;
+
+enum class TextEncoding { utf16, macRoman };
+
+/// How a record's string is stored, and how much it is preferred; higher is better.
+struct Reading {
+    TextEncoding encoding{};
+    std::uint8_t rank{};
+};
+
+/// Absent for a string that is not read at all.
+std::optional<Reading> reading(std::uint16_t platform, std::uint16_t encoding,
+                               std::uint16_t language)
+{
+    constexpr std::uint16_t windowsEnglishUnitedStates = 0x409;
+    constexpr std::uint16_t macintoshEnglish = 0;
+    switch (platform) {
+    case 0: // Unicode
+        return Reading{TextEncoding::utf16, 2};
+    case 1: // Macintosh; of its scripts only Roman
+        if (encoding != 0) return std::nullopt;
+        return Reading{TextEncoding::macRoman,
+                       static_cast<std::uint8_t>(language == macintoshEnglish ? 1 : 0)};
+    case 3: // Windows: symbol, Unicode BMP and full Unicode
+        if (encoding != 0 && encoding != 1 && encoding != 10) return std::nullopt;
+        return Reading{TextEncoding::utf16,
+                       static_cast<std::uint8_t>(language == windowsEnglishUnitedStates ? 4 : 3)};
+    default:
+        return std::nullopt;
+    }
+}
+
+/// One record of the table whose string can be read.
+struct Candidate {
+    std::uint16_t nameID{};
+    std::uint8_t rank{};
+    TextEncoding encoding{};
+    std::uint32_t position{}; // of the record in the table
+    std::span<const std::byte> bytes;
+};
+
+/// Best first, by identifier; among equals the earlier record.
+bool isPreferred(const Candidate& left, const Candidate& right)
+{
+    if (left.nameID != right.nameID) return left.nameID < right.nameID;
+    if (left.rank != right.rank) return left.rank > right.rank;
+    return left.position < right.position;
+}
+
+std::optional<Candidate> candidate(const ByteReader& record, const ByteReader& table,
+                                   std::size_t stringOffset)
+{
+    const auto how = reading(*record.u16(0), *record.u16(2), *record.u16(4));
+    if (!how) return std::nullopt;
+    const std::size_t length = *record.u16(8);
+    if (how->encoding == TextEncoding::utf16 && length % 2 != 0) return std::nullopt;
+    const auto bytes = table.slice(stringOffset + *record.u16(10), length);
+    if (!bytes) return std::nullopt;
+    return Candidate{*record.u16(6), how->rank, how->encoding, 0, *bytes};
+}
+
+std::vector<Candidate> candidates(const ByteReader& table)
+{
+    std::vector<Candidate> found;
+    const auto count = table.u16(2);
+    const auto stringOffset = table.u16(4);
+    if (!count || !stringOffset) return found;
+    found.reserve(std::min<std::size_t>(*count, (table.size() - recordsStart) / recordSize));
+    for (std::uint32_t i = 0; i < *count; ++i) {
+        const auto record = table.slice(recordsStart + i * recordSize, recordSize);
+        if (!record) break; // the records behind it lie past the end as well
+        auto next = candidate(ByteReader(*record), table, *stringOffset);
+        if (!next) continue;
+        next->position = i;
+        found.push_back(*next);
+    }
+    return found;
+}
+
+std::string decoded(const Candidate& candidate)
+{
+    std::string text = candidate.encoding == TextEncoding::utf16
+                           ? decodeUtf16BigEndian(candidate.bytes)
+                           : decodeMacRoman(candidate.bytes);
+    const std::string_view kept = trimmed(text, TrimAlso::nul);
+    return kept.size() == text.size() ? std::move(text) : std::string(kept);
+}
+
+/// Takes `amount` off `budget` if it has that much left.
+bool spend(std::size_t& budget, std::size_t amount)
+{
+    if (amount > budget) return false;
+    budget -= amount;
+    return true;
+}
+
+} // namespace
+
+std::optional<NameID> nameID(std::uint16_t raw)
+{
+    const auto found = std::ranges::find(allNameIDs, static_cast<NameID>(raw));
+    if (found == allNameIDs.end()) return std::nullopt;
+    return *found;
+}
+
+NameStrings NameTable::strings(std::span<const std::byte> table)
+{
+    std::size_t budget = std::numeric_limits<std::size_t>::max();
+    return strings(table, budget);
+}
+
+NameStrings NameTable::strings(std::span<const std::byte> table, std::size_t& budget)
+{
+    NameStrings strings;
+    const ByteReader reader(table);
+    if (reader.size() < recordsStart) return strings;
+    const std::size_t records = std::min<std::size_t>(*reader.u16(2) * recordSize, reader.size());
+    if (!spend(budget, records)) return strings;
+
+    std::vector<Candidate> ordered = candidates(reader);
+    std::ranges::sort(ordered, isPreferred);
+    std::size_t textLeft = std::min(budget, maximumTextBytes);
+    const std::size_t textBefore = textLeft;
+    for (const Candidate& candidate : ordered) {
+        // The best string of an identifier is decoded; the others only while those before them turn
+        // out to be blank.
+        if (!strings.empty() && std::prev(strings.end())->first == candidate.nameID) continue;
+        if (!spend(textLeft, candidate.bytes.size())) continue;
+        std::string text = decoded(candidate);
+        if (!text.empty()) strings.emplace_hint(strings.end(), candidate.nameID, std::move(text));
+    }
+    budget -= textBefore - textLeft;
+    return strings;
+}
+
+} // namespace quillmark

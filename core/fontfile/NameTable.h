@@ -58,13 +58,23 @@ using NameStrings = std::map<std::uint16_t, std::string>;
 namespace NameTable {
 
 /// The most text, in bytes as stored, that is decoded from one table. No real font comes near it;
-/// it bounds the work on a table whose records all point at the same long string.
+/// it bounds the work on a table whose records all point at the same long string. A string that
+/// would go beyond it is left out; strings of low identifiers come first.
 inline constexpr std::size_t maximumTextBytes = std::size_t{16} << 20U;
+
+/// The most name data, records and text in bytes as stored, that is read from all tables of one
+/// file together: thousands of faces can share one large table.
+inline constexpr std::size_t maximumFileBytes = std::size_t{64} << 20U;
 
 /// The best string for each identifier: Windows English (United States), other Windows languages,
 /// the Unicode platform, Macintosh English, other Macintosh languages. Trimmed of white space and
 /// NUL; never empty. An empty map for unusable input.
 [[nodiscard]] NameStrings strings(std::span<const std::byte> table);
+
+/// The same for one of several tables in a file. What is read is taken off `budget`, which starts
+/// as maximumFileBytes; a table whose records go beyond it yields nothing, a string that does is
+/// left out.
+[[nodiscard]] NameStrings strings(std::span<const std::byte> table, std::size_t& budget);
 
 } // namespace NameTable
 } // namespace quillmark

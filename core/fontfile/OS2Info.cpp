@@ -1,1 +1,25 @@
 #include "fontfile/OS2Info.h"
+
+#include "fontfile/ByteReader.h"
+#include "text/Encoding.h"
+#include "text/Trim.h"
+
+namespace quillmark {
+
+std::optional<OS2Info> OS2Info::read(std::span<const std::byte> table)
+{
+    const ByteReader reader(table);
+    const auto version = reader.u16(0);
+    const auto fsType = reader.u16(8);
+    if (!version || !fsType) return std::nullopt;
+
+    OS2Info info{*version, *fsType, std::nullopt};
+    if (const auto achVendID = reader.slice(58, 4)) {
+        const std::string decoded = decodeAscii(*achVendID);
+        const std::string_view vendor = trimmed(decoded, TrimAlso::controls);
+        if (!vendor.empty()) info.vendorID = vendor;
+    }
+    return info;
+}
+
+} // namespace quillmark

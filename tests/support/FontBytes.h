@@ -68,8 +68,10 @@ struct OS2Values {
 
 /// A font file with one or more faces. Each `face` starts a new face; more than one, or
 /// `collection`, makes a collection. Tables get correct offsets and lengths; the positions of face
-/// f's directory are "face<f>", "face<f>.numTables", "face<f>.<tag>" (its record) and
-/// "face<f>.<tag>.offset", "face<f>.<tag>.length"; the collection's count is "numFonts".
+/// f's directory are "face<f>", "face<f>.numTables", "face<f>.<tag>" (its record),
+/// "face<f>.<tag>.offset" and "face<f>.<tag>.length", of its tables "face<f>.<tag>.data" (the last
+/// one's, when a tag occurs twice); of the collection "numFonts" and "face<f>.entry". A `version`
+/// has four characters. The `OS/2` and `name` tables stand before the others.
 class FontBytes {
 public:
     FontBytes& face(std::string_view version = std::string_view("\0\1\0\0", 4));
