@@ -6,6 +6,8 @@
 
 namespace quillmark {
 
+/// Absent means that the program does not say; no field is ever empty. `fontName` is as stored, the
+/// others are trimmed of white space.
 struct BareFontInfo {
     std::optional<std::string> fontName;
     std::optional<std::string> fullName;

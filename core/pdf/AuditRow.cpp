@@ -1,1 +1,51 @@
 #include "pdf/AuditRow.h"
+
+#include "assessment/Classifier.h"
+
+#include <utility>
+
+namespace quillmark {
+
+std::string AuditRow::id() const
+{
+    std::string id = facts.filePath.value_or("");
+    id += '#';
+    id += facts.postScriptName;
+    id += '#';
+    if (pdf) id += rawValue(pdf->program);
+    return id;
+}
+
+AuditRow auditRow(FontFacts facts)
+{
+    Assessment assessment = Classifier::assess(facts);
+    return {std::move(facts), std::move(assessment), std::nullopt};
+}
+
+AuditSummary AuditSummary::of(std::span<const AuditRow> rows)
+{
+    AuditSummary summary;
+    for (const auto& row : rows) {
+        switch (row.assessment.verdict) {
+        case Verdict::restricted:
+            ++summary.restricted;
+            break;
+        case Verdict::unknown:
+            ++summary.unknown;
+            break;
+        case Verdict::likelyOK:
+            ++summary.likelyOK;
+            break;
+        }
+    }
+    return summary;
+}
+
+std::string AuditSummary::text() const
+{
+    return std::to_string(likelyOK + restricted + unknown) + " fonts: " + std::to_string(likelyOK) +
+           " likely OK, " + std::to_string(restricted) + " restricted, " + std::to_string(unknown) +
+           " unknown";
+}
+
+} // namespace quillmark

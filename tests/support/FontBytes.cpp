@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace quillmark::test {
 namespace {
@@ -137,6 +138,76 @@ Bytes os2Table(const OS2Values& values)
     Bytes bytes = writer.build();
     bytes.resize(values.size);
     return bytes;
+}
+
+Bytes cffIndex(const std::vector<Bytes>& elements, std::uint8_t offSize)
+{
+    ByteWriter writer;
+    writer.u16(static_cast<std::uint16_t>(elements.size()));
+    if (elements.empty()) return writer.build();
+    writer.u8(offSize);
+    std::size_t offset = 1;
+    const auto writeOffset = [&] {
+        for (unsigned shift = 8U * offSize; shift > 0; shift -= 8)
+            writer.u8(static_cast<std::uint8_t>(offset >> (shift - 8) & 0xFFU));
+    };
+    for (const Bytes& element : elements) {
+        writeOffset();
+        offset += element.size();
+    }
+    writeOffset();
+    for (const Bytes& element : elements)
+        writer.bytes(element);
+    return writer.build();
+}
+
+Bytes cffProgram(const std::vector<Bytes>& names, const Bytes& topDict,
+                 const std::vector<Bytes>& strings)
+{
+    return ByteWriter()
+        .u8(1) // version 1.0
+        .u8(0)
+        .u8(4) // header size
+        .u8(1)
+        .bytes(cffIndex(names))
+        .bytes(cffIndex({topDict}))
+        .bytes(cffIndex(strings))
+        .build();
+}
+
+Bytes cffProgram(const BareFontInfo& info)
+{
+    ByteWriter topDict;
+    std::vector<Bytes> strings;
+    const auto add = [&](const std::optional<std::string>& text, std::string_view operatorBytes) {
+        if (!text) return;
+        const auto id = static_cast<std::uint16_t>(391 + strings.size());
+        topDict.u8(28).u16(id).text(operatorBytes);
+        strings.push_back(ascii(*text));
+    };
+    add(info.notice, "\x01");
+    add(info.fullName, "\x02");
+    add(info.familyName, "\x03");
+    add(info.copyright, std::string_view("\x0C\0", 2));
+    std::vector<Bytes> names;
+    if (info.fontName) names.push_back(ascii(*info.fontName));
+    return cffProgram(names, topDict.build(), strings);
+}
+
+Bytes type1Program(const BareFontInfo& info)
+{
+    ByteWriter writer;
+    writer.text("%!PS-AdobeFont-1.0\n12 dict begin\n/FontInfo 9 dict dup begin\n");
+    const auto add = [&](std::string_view key, const std::optional<std::string>& text) {
+        if (text) writer.text(key).text(" (").text(*text).text(") readonly def\n");
+    };
+    add("/FullName", info.fullName);
+    add("/FamilyName", info.familyName);
+    add("/Notice", info.notice);
+    add("/Copyright", info.copyright);
+    writer.text("end readonly def\n");
+    if (info.fontName) writer.text("/FontName /").text(*info.fontName).text(" def\n");
+    return writer.text("/FontType 1 def\ncurrentdict end\ncurrentfile eexec\n").build();
 }
 
 FontBytes& FontBytes::face(std::string_view version)

@@ -1,6 +1,8 @@
 // Font files built byte by byte, with positions that a test can name and damage afterwards.
 #pragma once
 
+#include "fontfile/BareFontInfo.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -65,6 +67,16 @@ struct OS2Values {
     std::size_t size{96};
 };
 [[nodiscard]] Bytes os2Table(const OS2Values& values);
+
+/// A CFF INDEX whose offsets take `offSize` bytes each.
+[[nodiscard]] Bytes cffIndex(const std::vector<Bytes>& elements, std::uint8_t offSize = 2);
+/// A bare CFF program: header, Name INDEX, Top DICT INDEX (one element), String INDEX.
+[[nodiscard]] Bytes cffProgram(const std::vector<Bytes>& names, const Bytes& topDict,
+                               const std::vector<Bytes>& strings);
+/// A bare CFF program that says what `info` says; it has no glyphs.
+[[nodiscard]] Bytes cffProgram(const BareFontInfo& info);
+/// The clear-text part of a Type 1 program that says what `info` says.
+[[nodiscard]] Bytes type1Program(const BareFontInfo& info);
 
 /// A font file with one or more faces. Each `face` starts a new face; more than one, or
 /// `collection`, makes a collection. Tables get correct offsets and lengths; the positions of face
