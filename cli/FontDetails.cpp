@@ -14,20 +14,28 @@ namespace {
 
 constexpr std::size_t labelWidth = 16; // the longest label and a gap
 constexpr std::size_t detailIndent = 2;
+/// On a terminal narrower than this, what stands beside a label has a line of its own.
+constexpr std::size_t narrowPage = 50;
 
 void writeDetail(TextLines& lines, std::string_view label, std::string_view value)
 {
     if (value.empty()) return;
+    const auto columns = lines.page().columns;
+    if (columns && *columns < narrowPage) {
+        lines.skip(detailIndent).text(label, Ink::faint).endLine();
+        lines.skip(2 * detailIndent).paragraph(value, 2 * detailIndent);
+        return;
+    }
     lines.skip(detailIndent).cell(label, labelWidth, Ink::faint);
     lines.paragraph(value, detailIndent + labelWidth);
 }
 
 /// A licence text can fill pages; its start tells which one it is.
-std::string startOfText(const TextLines& lines, const std::string& text)
+std::string startOfText(const std::string& text)
 {
     constexpr std::size_t columns = 300;
     std::string line = oneLine(text);
-    if (!lines.page().columns || displayWidth(line) <= columns) return line;
+    if (displayWidth(line) <= columns) return line;
     line.resize(prefixOfWidth(line, columns).size());
     return line + "…";
 }
@@ -52,7 +60,7 @@ void writeFile(TextLines& lines, const FontFacts& facts)
     detail("Maker", facts.manufacturer);
     detail("Designer", facts.designer);
     if (facts.licenseDescription)
-        writeDetail(lines, "License", startOfText(lines, *facts.licenseDescription));
+        writeDetail(lines, "License", startOfText(*facts.licenseDescription));
     detail("License file", facts.licenseFile);
     detail("License URL", facts.licenseURL);
     writeDetail(lines, "Embedding bits", embeddingBits(facts));

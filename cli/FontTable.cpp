@@ -149,7 +149,7 @@ void writeFontTable(TextLines& lines, const std::vector<const AuditRow*>& rows,
             lines.skip(tableIndent);
         else
             lines.skip(2).cell(shortLabel(verdict), 10).skip(gap);
-        lines.cell(line.cells[name], widths[name], Ink::strong);
+        lines.cell(line.cells[name], widths[name]);
         for (const Column column : {postScriptName, format, file}) {
             if (widths[column] == 0) continue;
             const std::string& text = line.cells[column];
