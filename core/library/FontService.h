@@ -5,6 +5,7 @@
 #include "fontfile/NameTable.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -25,16 +26,19 @@ enum class FontFormat {
 /// One face as the service knows it.
 struct PlatformFont {
     std::string postScriptName; // the service's own name for it; may be empty in a file's face
+    std::uint32_t index{};      // the face's place in its file, counted from 0
     std::optional<std::filesystem::path> path;
     std::optional<FontFormat> format;
     std::optional<std::vector<std::byte>> name; // raw `name` table
     std::optional<std::vector<std::byte>> os2;  // raw `OS/2` table
-    std::optional<std::vector<std::byte>> fvar; // raw `fvar` table, only where it was asked for
+    std::optional<std::vector<std::byte>> fvar; // raw `fvar` table, only with Faces::variable
     NameStrings names; // names that the format has outside a `name` table, by name identifier
 };
 
-/// Whether to fetch the `fvar` table too, which only the names of variable fonts' instances need.
-enum class Variations { leaveOut, include };
+/// Which faces of a file are wanted. The variable ones are those with an `fvar` table, and only
+/// they are fetched then: the names of instances are looked for in every font that is known, and
+/// most fonts have none.
+enum class Faces { all, variable };
 
 /// All functions may be called from any thread. Nothing fails: what cannot be read is not there.
 class FontService {
@@ -52,7 +56,7 @@ public:
 
     /// The faces of one font file in file order; empty when it has none that can be read.
     [[nodiscard]] virtual std::vector<PlatformFont> facesOf(const std::filesystem::path& file,
-                                                            Variations variations) const = 0;
+                                                            Faces which) const = 0;
 };
 
 } // namespace quillmark

@@ -1,1 +1,95 @@
 #include "library/LicenseFile.h"
+
+#include "library/RegularFile.h"
+#include "text/Case.h"
+#include "text/Characters.h"
+#include "text/Encoding.h"
+#include "text/FamilyKey.h"
+#include "text/Trim.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+namespace quillmark {
+namespace {
+
+constexpr std::array<std::string_view, 4> stems{"ofl", "license", "licence", "copying"};
+constexpr std::array<std::string_view, 3> extensions{"", ".txt", ".md"};
+
+std::string lowercasedName(const std::filesystem::path& name)
+{
+    return lowercased(repairedUtf8(name.native()));
+}
+
+/// The beginning of a licence text; absent for a file that is none.
+std::optional<std::string> licenseText(const std::filesystem::path& path)
+{
+    const auto file = RegularFile::open(path.native());
+    if (!file || file->size() >= LicenseFile::maximumFileSize) return std::nullopt;
+    std::array<std::byte, LicenseFile::maximumTextSize> bytes{};
+    const std::size_t count = file->read(0, bytes);
+    const std::string text = decodeUtf8(std::span(bytes).first(count));
+    const std::string_view kept = trimmed(text);
+    if (kept.empty()) return std::nullopt;
+    return std::string(kept);
+}
+
+} // namespace
+
+namespace LicenseFile {
+
+bool isCandidate(const std::filesystem::path& file)
+{
+    std::string extension = lowercasedName(file.extension());
+    if (extension == ".") extension.clear();
+    if (std::ranges::find(extensions, extension) == extensions.end()) return false;
+    const std::string stem = lowercasedName(file.stem());
+    return std::ranges::any_of(stems, [&stem](std::string_view s) { return stem.starts_with(s); });
+}
+
+Candidates::Candidates(std::span<const std::filesystem::path> files)
+{
+    m_candidates.reserve(files.size());
+    for (const auto& file : files) {
+        m_candidates.push_back({
+            file,
+            familyKey(repairedUtf8(file.stem().native())),
+            codePointCount(repairedUtf8(file.filename().native())),
+        });
+    }
+    std::ranges::stable_sort(m_candidates, {}, &Candidate::nameLength);
+}
+
+const std::filesystem::path* Candidates::fileFor(std::string_view family) const
+{
+    const std::string key = familyKey(family);
+    // A family without letters and digits names no file, although its key occurs in every name.
+    if (!key.empty()) {
+        const auto named = std::ranges::find_if(m_candidates, [&key](const Candidate& candidate) {
+            return candidate.key.find(key) != std::string::npos;
+        });
+        if (named != m_candidates.end()) return &named->file;
+    }
+    return m_candidates.size() == 1 ? &m_candidates.front().file : nullptr;
+}
+
+FontFacts attach(FontFacts facts, const Candidates& candidates)
+{
+    const std::filesystem::path* file = candidates.fileFor(facts.family);
+    if (file == nullptr) return facts;
+    if (auto text = licenseText(*file)) {
+        facts.licenseDescription = std::move(text);
+        facts.licenseFile = repairedUtf8(file->native());
+    }
+    return facts;
+}
+
+FontFacts attach(FontFacts facts, std::span<const std::filesystem::path> candidates)
+{
+    return attach(std::move(facts), Candidates(candidates));
+}
+
+} // namespace LicenseFile
+} // namespace quillmark

@@ -20,7 +20,7 @@ public:
     [[nodiscard]] std::optional<PlatformFont>
     installedFont(std::string_view postScriptName) const override;
     [[nodiscard]] std::vector<PlatformFont> facesOf(const std::filesystem::path& file,
-                                                    Variations variations) const override;
+                                                    Faces which) const override;
 
 private:
     struct Installed;

@@ -21,15 +21,16 @@ std::optional<PlatformFont> FakeFontService::installedFont(std::string_view post
 }
 
 std::vector<PlatformFont> FakeFontService::facesOf(const std::filesystem::path& file,
-                                                   Variations variations) const
+                                                   Faces which) const
 {
     const auto found = files.find(file);
     if (found == files.end()) return {};
     auto faces = found->second;
-    if (variations == Variations::leaveOut) {
+    if (which == Faces::variable)
+        std::erase_if(faces, [](const PlatformFont& face) { return !face.fvar; });
+    else
         for (auto& face : faces)
             face.fvar.reset();
-    }
     return faces;
 }
 

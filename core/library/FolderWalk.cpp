@@ -1,0 +1,160 @@
+#include "library/FolderWalk.h"
+
+#include "library/LicenseFile.h"
+#include "library/Limits.h"
+#include "library/RegularFile.h"
+#include "text/Case.h"
+#include "text/Encoding.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace quillmark {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::array<std::string_view, 7> fontExtensions{
+    "ttf", "otf", "ttc", "otc", "dfont", "woff", "woff2",
+};
+
+struct CloseFolder {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
+
+enum class Links { follow, leave };
+
+OpenFolder openFolder(const std::string& path, Links links)
+{
+    const Location location(path);
+    const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | (links == Links::leave ? O_NOFOLLOW : 0);
+    Descriptor descriptor(::openat(location.folder(), location.name(), flags));
+    if (!descriptor) return nullptr;
+    OpenFolder folder(::fdopendir(descriptor.number()));
+    if (folder) (void)descriptor.release(); // closedir closes it
+    return folder;
+}
+
+enum class EntryKind { folder, font, licenseCandidate };
+
+struct Entry {
+    std::string name;
+    EntryKind kind{};
+};
+
+bool isRegularFile(DIR* folder, const char* name)
+{
+    struct stat status {};
+    return ::fstatat(::dirfd(folder), name, &status, 0) == 0 && S_ISREG(status.st_mode);
+}
+
+/// The entry's type as readdir gives it; asked for where the file system leaves it out.
+unsigned char entryType(DIR* folder, const dirent& entry)
+{
+    if (entry.d_type != DT_UNKNOWN) return entry.d_type;
+    struct stat status {};
+    if (::fstatat(::dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return DT_UNKNOWN;
+    if (S_ISDIR(status.st_mode)) return DT_DIR;
+    if (S_ISREG(status.st_mode)) return DT_REG;
+    return S_ISLNK(status.st_mode) ? DT_LNK : DT_UNKNOWN;
+}
+
+std::optional<EntryKind> entryKind(DIR* folder, const dirent& entry)
+{
+    const unsigned char type = entryType(folder, entry);
+    if (type == DT_DIR) return EntryKind::folder;
+    if (type != DT_REG && type != DT_LNK) return std::nullopt;
+    const fs::path name = entry.d_name;
+    const bool isFont = hasFontExtension(name);
+    if (!isFont && !LicenseFile::isCandidate(name)) return std::nullopt;
+    if (type == DT_LNK && !isRegularFile(folder, entry.d_name)) return std::nullopt;
+    return isFont ? EntryKind::font : EntryKind::licenseCandidate;
+}
+
+/// What is of use in a folder, last name first.
+std::vector<Entry> entries(DIR* folder)
+{
+    std::vector<Entry> found;
+    // Every walk has a folder stream of its own, so that readdir is safe here.
+    while (const dirent* entry = ::readdir(folder)) { // NOLINT(concurrency-mt-unsafe)
+        if (entry->d_name[0] == '.') continue;        // hidden, or the folder and its parent
+        if (const auto kind = entryKind(folder, *entry)) found.push_back({entry->d_name, *kind});
+    }
+    std::ranges::sort(found, std::ranges::greater{}, &Entry::name);
+    return found;
+}
+
+/// The folder's absolute path, in its plain form where that names the same folder: through a link,
+/// ".." need not lead back.
+std::string standardised(const fs::path& folder)
+{
+    std::error_code error;
+    const fs::path absolute = fs::absolute(folder, error);
+    if (error) return folder.native();
+    fs::path plain = absolute.lexically_normal();
+    if (!plain.has_filename()) plain = plain.parent_path(); // a trailing slash
+    return fs::equivalent(plain, absolute, error) ? plain.native() : absolute.native();
+}
+
+std::string joined(const std::string& folder, const std::string& name)
+{
+    return folder.ends_with('/') ? folder + name : folder + "/" + name;
+}
+
+} // namespace
+
+bool hasFontExtension(const fs::path& file)
+{
+    const std::string extension = file.extension().native();
+    if (extension.empty()) return false;
+    const std::string lower = lowercased(repairedUtf8(std::string_view(extension).substr(1)));
+    return std::ranges::find(fontExtensions, lower) != fontExtensions.end();
+}
+
+FolderContents walkFolder(const fs::path& folder)
+{
+    struct Pending {
+        std::string path;
+        EntryKind kind{};
+        std::size_t folder{}; // the folder it lies in
+    };
+    FolderContents contents;
+    std::vector<Pending> pending{{standardised(folder), EntryKind::folder, 0}};
+    Links links = Links::follow; // only the folder that was asked for
+    while (!pending.empty()) {
+        Pending next = std::move(pending.back());
+        pending.pop_back();
+        switch (next.kind) {
+        case EntryKind::font:
+            contents.fonts.push_back({std::move(next.path), next.folder});
+            continue;
+        case EntryKind::licenseCandidate:
+            contents.licenseCandidates[next.folder].emplace_back(std::move(next.path));
+            continue;
+        case EntryKind::folder:
+            break;
+        }
+        const OpenFolder open =
+            next.path.size() > Limits::pathBytes ? nullptr : openFolder(next.path, links);
+        links = Links::leave;
+        if (!open) continue;
+        const std::size_t number = contents.licenseCandidates.size();
+        contents.licenseCandidates.emplace_back();
+        for (const Entry& entry : entries(open.get()))
+            pending.push_back({joined(next.path, entry.name), entry.kind, number});
+    }
+    return contents;
+}
+
+} // namespace quillmark

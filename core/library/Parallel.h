@@ -1,0 +1,14 @@
+// Work on all cores, inside one call.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+
+namespace quillmark {
+
+/// Calls `work` once for each index below `count`, from as many threads as the process may use
+/// cores, and returns when all is done. The first exception that leaves `work` is thrown again
+/// here; indices that were not begun by then are left out.
+void forEachIndex(std::size_t count, const std::function<void(std::size_t)>& work);
+
+} // namespace quillmark

@@ -1,0 +1,66 @@
+#include "library/RegularFile.h"
+
+#include <cerrno>
+#include <climits>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quillmark {
+
+void Descriptor::reset(int number)
+{
+    if (m_number >= 0) ::close(m_number);
+    m_number = number;
+}
+
+Location::Location(const std::string& path) : m_name(path)
+{
+    // One byte of PATH_MAX is the terminating zero.
+    while (m_name.size() >= PATH_MAX) {
+        const std::size_t cut = m_name.rfind('/', PATH_MAX - 2);
+        if (cut == std::string::npos || cut == 0) return; // no name is that long: it will not open
+        const std::string piece = m_name.substr(0, cut);
+        const std::size_t rest = m_name.find_first_not_of('/', cut);
+        Descriptor next(::openat(folder(), piece.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        if (!next || rest == std::string::npos) return;
+        m_folder = std::move(next);
+        m_name.erase(0, rest);
+    }
+}
+
+int Location::folder() const
+{
+    return m_folder ? m_folder.number() : AT_FDCWD;
+}
+
+std::optional<RegularFile> RegularFile::open(const std::string& path)
+{
+    const Location location(path);
+    // Asked before opening, since opening a device can already do something; asked again
+    // afterwards, since another file may have taken its place in between.
+    struct stat status {};
+    if (::fstatat(location.folder(), location.name(), &status, 0) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    Descriptor descriptor(
+        ::openat(location.folder(), location.name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (!descriptor || ::fstat(descriptor.number(), &status) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    return RegularFile(std::move(descriptor), static_cast<std::uint64_t>(status.st_size));
+}
+
+std::size_t RegularFile::read(std::uint64_t at, std::span<std::byte> into) const noexcept
+{
+    std::size_t done = 0;
+    while (done < into.size()) {
+        const ssize_t count = ::pread(m_descriptor.number(), into.data() + done, into.size() - done,
+                                      static_cast<off_t>(at + done));
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) break;
+        done += static_cast<std::size_t>(count);
+    }
+    return done;
+}
+
+} // namespace quillmark

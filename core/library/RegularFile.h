@@ -1,0 +1,74 @@
+// Files opened for reading at positions. Pipes, sockets and devices are left alone, whatever their
+// names, and nothing here waits for one.
+#pragma once
+
+#include "library/ByteSource.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+
+namespace quillmark {
+
+/// An open file descriptor; closed with its owner.
+class Descriptor {
+public:
+    Descriptor() = default;
+    explicit Descriptor(int number) : m_number(number) {}
+    ~Descriptor() { reset(); }
+    Descriptor(Descriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept
+    {
+        if (this != &other) reset(std::exchange(other.m_number, -1));
+        return *this;
+    }
+
+    [[nodiscard]] explicit operator bool() const { return m_number >= 0; }
+    [[nodiscard]] int number() const { return m_number; }
+    /// Gives up ownership.
+    [[nodiscard]] int release() { return std::exchange(m_number, -1); }
+
+private:
+    void reset(int number = -1);
+
+    int m_number{-1};
+};
+
+/// A path as the system takes it: longer paths than it takes at once are walked in pieces.
+class Location {
+public:
+    explicit Location(const std::string& path);
+
+    /// What the system's calls ending in "at" want.
+    [[nodiscard]] int folder() const;
+    [[nodiscard]] const char* name() const { return m_name.c_str(); }
+
+private:
+    Descriptor m_folder;
+    std::string m_name;
+};
+
+class RegularFile final : public ByteSource {
+public:
+    /// Absent when there is no such file, when it may not be read, or when it is anything but a
+    /// regular file or a link to one.
+    [[nodiscard]] static std::optional<RegularFile> open(const std::string& path);
+
+    /// The size when it was opened, in bytes.
+    [[nodiscard]] std::uint64_t size() const override { return m_size; }
+    std::size_t read(std::uint64_t at, std::span<std::byte> into) const noexcept override;
+
+private:
+    RegularFile(Descriptor descriptor, std::uint64_t size)
+        : m_descriptor(std::move(descriptor)), m_size(size)
+    {
+    }
+
+    Descriptor m_descriptor;
+    std::uint64_t m_size{};
+};
+
+} // namespace quillmark
