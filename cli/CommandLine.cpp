@@ -1,1 +1,135 @@
 #include "cli/CommandLine.h"
+
+#include "cli/Commands.h"
+#include "cli/Console.h"
+#include "cli/ExitCode.h"
+#include "cli/JsonReport.h"
+#include "cli/Options.h"
+#include "cli/Output.h"
+#include "cli/TextReport.h"
+
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+#include <utility>
+#include <variant>
+
+namespace quillmark::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+using Report = std::variant<TextReport, JsonReport>;
+
+Page page(const Options& options, const Environment& environment)
+{
+    // A file is written for whoever reads it later, not for this terminal.
+    const auto columns = options.output ? std::nullopt : environment.output.columns;
+    switch (options.color) {
+    case Color::automatic:
+        return {.colored = columns && !environment.plainTerminal, .columns = columns};
+    case Color::always:
+        return {.colored = true, .columns = columns};
+    case Color::never:
+        return {.colored = false, .columns = columns};
+    }
+    return {};
+}
+
+Report makeReport(const Options& options, const Environment& environment, Output& output)
+{
+    if (options.format == Format::json) return Report(std::in_place_type<JsonReport>, output);
+    const auto tips = options.quiet ? TextReport::Tips::hidden : TextReport::Tips::shown;
+    return Report(std::in_place_type<TextReport>, output, page(options, environment), tips);
+}
+
+/// An input that the output would replace.
+const fs::path* overwrittenInput(const Options& options)
+{
+    if (!options.output) return nullptr;
+    const auto found = std::ranges::find_if(options.inputs, [&](const fs::path& input) {
+        std::error_code ignored;
+        return fs::is_regular_file(input, ignored) &&
+               fs::equivalent(input, *options.output, ignored);
+    });
+    return found == options.inputs.end() ? nullptr : &*found;
+}
+
+ExitCode outputExitCode(const OutputError& error, Console& console)
+{
+    if (error.kind == OutputError::Kind::closedPipe) return ExitCode::closedPipe;
+    console.message(error.sentence);
+    return ExitCode::unwritableOutput;
+}
+
+ExitCode wrongUse(const std::string& sentence, Console& console)
+{
+    console.message(sentence);
+    return ExitCode::wrongUse;
+}
+
+ExitCode print(const Information& information, const Environment& environment, Console& console)
+{
+    Output output(std::nullopt, environment.output);
+    output.buffer() += information.text;
+    output.finish();
+    return output.error() ? outputExitCode(*output.error(), console) : ExitCode::done;
+}
+
+ExitCode runCommand(const Options& options, const Environment& environment, Console& console)
+{
+    if (const fs::path* input = overwrittenInput(options))
+        return wrongUse("--output would replace the input \"" + input->native() + "\".", console);
+
+    Output output(options.output, environment.output);
+    if (output.error()) return outputExitCode(*output.error(), console);
+    Report report = makeReport(options, environment, output);
+    bool verdictMet = false;
+    const auto errors = execute(options, environment, console, [&](FontList list) {
+        verdictMet = verdictMet ||
+                     (options.failOn && std::ranges::any_of(list.rows, [&](const AuditRow& row) {
+                          return row.assessment.verdict <= *options.failOn;
+                      }));
+        console.eraseProgress();
+        std::visit([&](auto& format) { format.add(std::move(list)); }, report);
+        return !output.error();
+    });
+    console.eraseProgress();
+    if (auto* json = std::get_if<JsonReport>(&report))
+        json->finish(errors);
+    else
+        std::get<TextReport>(report).finish();
+    output.finish();
+
+    if (output.error()) return outputExitCode(*output.error(), console);
+    if (!errors.empty()) return ExitCode::unreadableInput;
+    return verdictMet ? ExitCode::verdictMet : ExitCode::done;
+}
+
+ExitCode runParsed(std::span<const std::string> arguments, const Environment& environment)
+{
+    const auto parsed = parse(arguments);
+    const auto* options = std::get_if<Options>(&parsed);
+    const bool quiet = options != nullptr && options->quiet;
+    Console console(environment.errors,
+                    quiet ? Console::Progress::hidden : Console::Progress::shown);
+    if (options != nullptr) return runCommand(*options, environment, console);
+    if (const auto* information = std::get_if<Information>(&parsed))
+        return print(*information, environment, console);
+    return wrongUse(std::get<WrongUse>(parsed).sentence, console);
+}
+
+} // namespace
+
+int run(std::span<const std::string> arguments, const Environment& environment)
+{
+    try {
+        return static_cast<int>(runParsed(arguments, environment));
+    } catch (const std::exception& error) {
+        Console console(environment.errors, Console::Progress::hidden);
+        console.message(std::string("internal error: ") + error.what());
+        return static_cast<int>(ExitCode::internalError);
+    }
+}
+
+} // namespace quillmark::cli

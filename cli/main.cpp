@@ -1,4 +1,60 @@
-int main()
+#include "cli/CommandLine.h"
+#include "cli/Interruption.h"
+#include "library/SystemFontService.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <string_view>
+#include <sys/ioctl.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using quillmark::cli::Stream;
+
+/// With a standard stream closed, the next file to be opened would take its place and get what was
+/// meant for it. Opened the wrong way round, the stream fails as a closed one does.
+void openMissingStreams()
 {
-    return 0;
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(descriptor, F_GETFD) == -1)
+            static_cast<void>(open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+}
+
+Stream stream(int descriptor)
+{
+    constexpr std::size_t usualWidth = 80;
+    if (isatty(descriptor) == 0) return {descriptor, std::nullopt};
+    winsize size{};
+    if (ioctl(descriptor, TIOCGWINSZ, &size) != 0 || size.ws_col == 0)
+        return {descriptor, usualWidth};
+    return {descriptor, size.ws_col};
+}
+
+std::string_view variable(const char* name)
+{
+    const char* value = std::getenv(name);
+    return value == nullptr ? std::string_view() : value;
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    openMissingStreams();
+    std::signal(SIGPIPE, SIG_IGN); // a closed pipe is an error of the write
+    quillmark::cli::Interruption::install();
+    const quillmark::SystemFontService fonts;
+    const quillmark::cli::Environment environment{
+        .fonts = fonts,
+        .output = stream(STDOUT_FILENO),
+        .errors = stream(STDERR_FILENO),
+        .locale = {},
+        .plainTerminal = !variable("NO_COLOR").empty() || variable("TERM") == "dumb",
+    };
+    const std::vector<std::string> given(arguments + (argumentCount > 0 ? 1 : 0),
+                                         arguments + argumentCount);
+    return quillmark::cli::run(given, environment);
 }

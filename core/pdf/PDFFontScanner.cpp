@@ -1,1 +1,189 @@
 #include "pdf/PDFFontScanner.h"
+
+#include "assessment/Classifier.h"
+#include "fontfile/CFF.h"
+#include "fontfile/Type1.h"
+#include "pdf/FontWalk.h"
+#include "pdf/PDFDocument.h"
+#include "pdf/SubsetPrefix.h"
+#include "text/Encoding.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillmark::PDFFontScanner {
+namespace {
+
+/// Facts from the names of a program that has no name table. Its own PostScript name may carry a
+/// subset prefix, like the PDF's name for it; notes and look-ups want the name without. Absent when
+/// the program says nothing of use.
+std::optional<FontFacts> factsOf(const std::optional<BareFontInfo>& info,
+                                 std::string_view fallbackName)
+{
+    if (!info) return std::nullopt;
+    NameStrings names;
+    const auto put = [&names](NameID id, const std::optional<std::string>& text) {
+        if (text && !text->empty()) names[static_cast<std::uint16_t>(id)] = *text;
+    };
+    if (info->fontName) put(NameID::postScriptName, splitSubsetPrefix(*info->fontName).cleanName);
+    put(NameID::fullName, info->fullName);
+    put(NameID::family, info->familyName);
+    put(NameID::copyright, info->copyright);
+    // Older fonts have their copyright line in the notice; with both, the notice is about marks.
+    put(info->copyright ? NameID::trademark : NameID::copyright, info->notice);
+    if (names.empty()) return std::nullopt;
+    return FontFacts::fromNames(names, std::nullopt, fallbackName, std::nullopt,
+                                std::string(FormatLabel::bareProgram), FontOrigin::document);
+}
+
+std::optional<FontFacts> embeddedFacts(const Found& font)
+{
+    if (!font.data) return std::nullopt;
+    switch (font.program) {
+    case EmbeddedProgram::trueType:
+    case EmbeddedProgram::openType: {
+        auto faces = FontFacts::read(*font.data, std::nullopt, FontOrigin::document);
+        if (faces.empty()) return std::nullopt;
+        return std::move(faces.front());
+    }
+    case EmbeddedProgram::cff:
+        return factsOf(CFF::read(*font.data), font.baseName);
+    case EmbeddedProgram::type1:
+        return factsOf(Type1::read(*font.data), font.baseName);
+    case EmbeddedProgram::type3:
+    case EmbeddedProgram::notEmbedded:
+        return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+FontFacts factsFromName(const std::string& name)
+{
+    FontFacts facts;
+    facts.postScriptName = name;
+    facts.family = name;
+    facts.origin = FontOrigin::document;
+    return facts;
+}
+
+AuditRow row(Found font, const Lookup& lookup)
+{
+    const auto embedded = embeddedFacts(font);
+    auto matched = lookup(font.baseName);
+
+    PDFFontInfo info;
+    info.pdfNames.assign(font.pdfNames.begin(), font.pdfNames.end());
+    info.subtype = std::move(font.subtype);
+    info.program = font.program;
+    info.subset = font.subset;
+    info.pages = std::move(font.pages);
+    info.readEmbeddedData = embedded.has_value();
+    FontFacts facts;
+    if (matched) {
+        matched->origin = FontOrigin::document;
+        info.matchedPath = matched->filePath;
+        info.matchedByFamily = matched->postScriptName != font.baseName;
+        facts = embedded ? matched->filled(*embedded) : *std::move(matched);
+    } else {
+        facts = embedded ? *embedded : factsFromName(font.baseName);
+    }
+    Assessment assessment = assess(facts, info);
+    return {std::move(facts), std::move(assessment), std::move(info)};
+}
+
+void sortByVerdictAndName(std::vector<AuditRow>& rows)
+{
+    std::ranges::stable_sort(rows, [](const AuditRow& left, const AuditRow& right) {
+        if (left.assessment.verdict != right.assessment.verdict)
+            return left.assessment.verdict < right.assessment.verdict;
+        return left.facts.displayName() < right.facts.displayName();
+    });
+}
+
+Result audit(PDF::Opened opened, std::string path, std::string fileName, const Lookup& lookup,
+             const Clock& clock)
+{
+    if (const auto* kind = std::get_if<PDFCheckError::Kind>(&opened))
+        return PDFCheckError{*kind, std::move(fileName)};
+    auto& document = std::get<std::unique_ptr<PDF::Document>>(opened);
+    Scan found = scan(*document);
+    document.reset();
+
+    DocumentAudit audit;
+    audit.path = std::move(path);
+    audit.fileName = std::move(fileName);
+    audit.pageCount = found.pageCount;
+    for (auto& font : found.fonts)
+        audit.rows.push_back(row(std::move(font), lookup));
+    sortByVerdictAndName(audit.rows);
+    audit.checkedAt = clock();
+    return audit;
+}
+
+} // namespace
+
+Result audit(const std::filesystem::path& path, const Lookup& lookup, const Clock& clock)
+{
+    // A path that ends in a slash has its last component before it.
+    const auto name = path.has_filename() ? path.filename() : path.parent_path().filename();
+    return audit(PDF::open(path), repairedUtf8(path.native()), repairedUtf8(name.native()), lookup,
+                 clock);
+}
+
+Result audit(std::span<const std::byte> data, std::string_view fileName, const Lookup& lookup,
+             const Clock& clock)
+{
+    std::string name = repairedUtf8(fileName);
+    return audit(PDF::open(data), name, name, lookup, clock);
+}
+
+Assessment assess(const FontFacts& facts, const std::optional<PDFFontInfo>& pdf)
+{
+    Assessment assessment = Classifier::assess(facts);
+    if (!pdf) return assessment;
+    if (pdf->program == EmbeddedProgram::type3 && !pdf->matchedPath) {
+        assessment.verdict = Verdict::unknown;
+        assessment.headline = "Type 3 font: glyphs drawn inside the PDF.";
+        assessment.reasons = {
+            "There's no font file to read; the shapes were drawn by the app that made the PDF, and "
+            "no installed or scanned font has this name. Check which font they came from."};
+        return assessment;
+    }
+    if (pdf->program == EmbeddedProgram::notEmbedded) {
+        std::vector<std::string> reasons{
+            "The file carries no font data for it; the reader uses its own copy or a substitute, "
+            "so none of the font ships with the file."};
+        if (assessment.verdict != Verdict::likelyOK)
+            reasons.push_back(
+                "If you re-export this file, check whether the font gets embedded then: " +
+                assessment.headline);
+        assessment.verdict = Verdict::likelyOK;
+        assessment.headline = "Not embedded: the PDF only names this font.";
+        assessment.reasons = std::move(reasons);
+        return assessment;
+    }
+
+    std::vector<std::string> reasons;
+    if (pdf->program == EmbeddedProgram::type3)
+        reasons.emplace_back("Type 3 in this PDF: the font's glyph shapes are drawn inside the "
+                             "file, so the font's license still applies.");
+    else
+        reasons.push_back(std::string(label(pdf->program)) + (pdf->subset ? ", subset" : "") +
+                          " in this PDF.");
+    if (pdf->readEmbeddedData) reasons.emplace_back("Read from the font data inside the PDF.");
+    if (!pdf->matchedPath && !pdf->readEmbeddedData)
+        reasons.emplace_back(
+            "The PDF's copy has no license fields, and no installed or scanned font has this name, "
+            "so only its name could be read. Scan the folder with the font files you used to match "
+            "it.");
+    if (pdf->matchedPath)
+        reasons.push_back((pdf->matchedByFamily ? "Matched by family name to the font file at "
+                                                : "Matched by name to the font file at ") +
+                          *pdf->matchedPath + ".");
+    reasons.insert(reasons.end(), std::make_move_iterator(assessment.reasons.begin()),
+                   std::make_move_iterator(assessment.reasons.end()));
+    assessment.reasons = std::move(reasons);
+    return assessment;
+}
+
+} // namespace quillmark::PDFFontScanner

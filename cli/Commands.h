@@ -1,0 +1,23 @@
+// What the commands do: read and judge, and hand each list on as soon as it is there.
+#pragma once
+
+#include "cli/Console.h"
+#include "cli/Environment.h"
+#include "cli/FontList.h"
+#include "cli/Options.h"
+
+#include <functional>
+#include <vector>
+
+namespace quillmark::cli {
+
+/// Takes a finished list; false when no further ones are wanted.
+using TakeList = std::function<bool(FontList)>;
+
+/// Runs the command that `options` names. One list per input, in the order given; an input that
+/// cannot be read gives a message on the console and one of the returned errors instead.
+[[nodiscard]] std::vector<InputError> execute(const Options& options,
+                                              const Environment& environment, Console& console,
+                                              const TakeList& take);
+
+} // namespace quillmark::cli

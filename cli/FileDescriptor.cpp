@@ -1,0 +1,40 @@
+#include "cli/FileDescriptor.h"
+
+#include <cerrno>
+#include <cstddef>
+#include <poll.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace quillmark::cli {
+
+int FileDescriptor::close()
+{
+    const int descriptor = std::exchange(m_descriptor, -1);
+    if (descriptor < 0 || ::close(descriptor) == 0 || errno == EINTR) return 0;
+    return errno;
+}
+
+int writeAll(int descriptor, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const auto written = write(descriptor, bytes.data(), bytes.size());
+        if (written >= 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno == EAGAIN) {
+            // Standard output can be shared with a program that has made it non-blocking.
+            pollfd writable{descriptor, POLLOUT, 0};
+            if (poll(&writable, 1, -1) < 0 && errno != EINTR) return errno;
+        } else if (errno != EINTR) {
+            return errno;
+        }
+    }
+    return 0;
+}
+
+std::string errorText(int error)
+{
+    return std::generic_category().message(error);
+}
+
+} // namespace quillmark::cli

@@ -1,0 +1,41 @@
+// Writing to and closing POSIX file descriptors.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace quillmark::cli {
+
+/// A descriptor that is closed at the end of its life; -1 for none.
+class FileDescriptor {
+public:
+    FileDescriptor() = default;
+    explicit FileDescriptor(int descriptor) : m_descriptor(descriptor) {}
+    ~FileDescriptor() { static_cast<void>(close()); }
+    FileDescriptor(FileDescriptor&& other) noexcept
+        : m_descriptor(std::exchange(other.m_descriptor, -1))
+    {
+    }
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept
+    {
+        std::swap(m_descriptor, other.m_descriptor);
+        return *this;
+    }
+
+    [[nodiscard]] int get() const { return m_descriptor; }
+    [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
+    /// Zero or the system's error number, for some file systems report a failed write only here.
+    [[nodiscard]] int close();
+
+private:
+    int m_descriptor{-1};
+};
+
+/// Writes all of `bytes`; zero or the system's error number.
+[[nodiscard]] int writeAll(int descriptor, std::string_view bytes);
+
+/// The system's words for an error number.
+[[nodiscard]] std::string errorText(int error);
+
+} // namespace quillmark::cli

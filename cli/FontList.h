@@ -1,0 +1,43 @@
+// What a command hands to a report: lists of judged fonts, and what could not be read.
+#pragma once
+
+#include "pdf/AuditRow.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillmark::cli {
+
+struct FontList {
+    enum class Kind {
+        installed,
+        folder,
+        file, // one font file given by name
+        document,
+    };
+    /// What is known of a document besides its fonts.
+    struct Document {
+        std::string fileName;
+        int pageCount{};
+        std::chrono::system_clock::time_point checkedAt;
+        bool operator==(const Document&) const = default;
+    };
+
+    Kind kind{};
+    std::string title;
+    std::string subtitle;
+    std::optional<std::string> path; // absolute; absent for the installed fonts
+    std::optional<Document> document;
+    std::vector<AuditRow> rows; // the library's order; for a document the audit's
+};
+
+/// Something that was asked for and could not be read.
+struct InputError {
+    std::string path; // absolute
+    std::string message;
+    bool operator==(const InputError&) const = default;
+};
+
+} // namespace quillmark::cli

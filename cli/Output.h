@@ -1,0 +1,61 @@
+// Where results go: standard output, a device, or a file that is replaced only when all is written.
+#pragma once
+
+#include "cli/Environment.h"
+#include "cli/FileDescriptor.h"
+#include "cli/Interruption.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace quillmark::cli {
+
+/// Why results cannot be written.
+struct OutputError {
+    enum class Kind {
+        failed,     // the system refuses
+        closedPipe, // whoever read standard output has stopped; no message is due
+    };
+    Kind kind{};
+    std::string sentence; // for the user, with the file's name; empty for closedPipe
+    bool operator==(const OutputError&) const = default;
+};
+
+/// A report writes into `buffer` and calls `drain` now and then. After a failure all that follows
+/// is dropped. Without `finish` nothing of a file remains, and one that was there stays as it was.
+class Output {
+public:
+    /// `file` absent: standard output. A regular file, or one that does not exist yet, is written
+    /// to a temporary beside it; the new file keeps the old one's permissions. Anything else, such
+    /// as a pipe or a device, is written directly.
+    Output(const std::optional<std::filesystem::path>& file, const Stream& standardOutput);
+    ~Output();
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+
+    [[nodiscard]] std::string& buffer() { return m_buffer; }
+    /// Writes the buffer out once there is enough in it to be worth a system call.
+    void drain();
+    /// Writes what is left and puts the file in its place.
+    void finish();
+    [[nodiscard]] const std::optional<OutputError>& error() const { return m_error; }
+
+private:
+    void openFile(const std::filesystem::path& file);
+    void makeTemporary(unsigned mode);
+    void write();
+    void fail(int errorNumber);
+
+    std::string m_buffer;
+    std::string m_name; // for messages
+    int m_descriptor{-1};
+    FileDescriptor m_file; // owns m_descriptor unless that is standard output
+    std::filesystem::path m_target;
+    std::filesystem::path m_temporary; // empty when written directly
+    std::optional<Interruption::Removal> m_removal;
+    std::optional<OutputError> m_error;
+};
+
+} // namespace quillmark::cli

@@ -1,0 +1,72 @@
+#include "pdf/QPDFInput.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include <cstdio>
+#include <cstring>
+
+namespace quillmark::PDF {
+
+QPDFInput::QPDFInput(std::unique_ptr<ByteSource> source) : m_source(std::move(source)) {}
+
+qpdf_offset_t QPDFInput::size() const
+{
+    return static_cast<qpdf_offset_t>(m_source->size());
+}
+
+void QPDFInput::seek(qpdf_offset_t offset, int whence)
+{
+    qpdf_offset_t base = 0;
+    if (whence == SEEK_CUR) base = m_position;
+    if (whence == SEEK_END) base = size();
+    qpdf_offset_t target = 0;
+    if (__builtin_add_overflow(base, offset, &target) || target < 0)
+        throw std::runtime_error("seek outside the file");
+    m_position = target;
+}
+
+std::size_t QPDFInput::read(char* target, std::size_t length)
+{
+    setLastOffset(std::min(m_position, size()));
+    std::size_t done = 0;
+    while (done < length) {
+        const auto bytes = m_source->at(static_cast<std::uint64_t>(m_position));
+        if (bytes.empty()) break;
+        const std::size_t count = std::min(bytes.size(), length - done);
+        std::memcpy(target + done, bytes.data(), count);
+        done += count;
+        m_position += static_cast<qpdf_offset_t>(count);
+    }
+    return done;
+}
+
+void QPDFInput::unreadCh(char)
+{
+    if (m_position > 0) --m_position;
+}
+
+qpdf_offset_t QPDFInput::findAndSkipNextEOL()
+{
+    const auto isEnd = [](std::byte byte) {
+        return byte == std::byte{'\r'} || byte == std::byte{'\n'};
+    };
+    qpdf_offset_t lineEnd = -1;
+    for (;;) {
+        const auto bytes = m_source->at(static_cast<std::uint64_t>(m_position));
+        if (bytes.empty()) return lineEnd < 0 ? m_position : lineEnd;
+        std::size_t at = 0;
+        if (lineEnd < 0) {
+            const auto found = std::ranges::find_if(bytes, isEnd);
+            at = static_cast<std::size_t>(found - bytes.begin());
+            if (at < bytes.size()) lineEnd = m_position + static_cast<qpdf_offset_t>(at);
+        }
+        while (at < bytes.size() && isEnd(bytes[at]))
+            ++at;
+        m_position += static_cast<qpdf_offset_t>(at);
+        if (lineEnd >= 0 && at < bytes.size()) return lineEnd;
+    }
+}
+
+} // namespace quillmark::PDF
