@@ -36,11 +36,11 @@ std::optional<std::string> licenseText(const std::filesystem::path& path)
 
 namespace LicenseFile {
 
-bool isCandidate(std::string_view fileName)
+bool isCandidate(const std::filesystem::path& file)
 {
-    if (std::ranges::find(extensions, FileName::extension(fileName)) == extensions.end())
-        return false;
-    const std::string stem = lowercased(FileName::stem(fileName));
+    const std::string_view name = FileName::ofPath(file.native());
+    if (std::ranges::find(extensions, FileName::extension(name)) == extensions.end()) return false;
+    const std::string stem = lowercased(FileName::stem(name));
     return std::ranges::any_of(stems, [&stem](std::string_view s) { return stem.starts_with(s); });
 }
 
@@ -48,7 +48,7 @@ Candidates::Candidates(std::span<const std::filesystem::path> files)
 {
     m_candidates.reserve(files.size());
     for (const auto& file : files) {
-        const std::string name = file.filename().native();
+        const std::string_view name = FileName::ofPath(file.native());
         m_candidates.push_back({
             file,
             familyKey(FileName::stem(name)),

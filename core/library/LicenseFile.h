@@ -19,7 +19,7 @@ inline constexpr std::size_t maximumTextSize = 4000;
 
 /// Whether a file of this name can be a licence text: ofl*, license*, licence* or copying*, without
 /// extension or with txt or md, in any case.
-[[nodiscard]] bool isCandidate(std::string_view fileName);
+[[nodiscard]] bool isCandidate(const std::filesystem::path& file);
 
 /// The licence files of one folder, made ready for the many fonts that may lie beside them.
 /// Immutable once made.
