@@ -39,6 +39,16 @@ run_stage() {
     printf '== %s: %d s\n\n' "$title" "$((SECONDS - start))"
 }
 
+# retried LOG COMMAND...: like logged, for what depends on a network: up to three times.
+retried() {
+    local log=$1 attempt
+    for attempt in 1 2; do
+        "${@:2}" >>"$log" 2>&1 </dev/null && return
+        sleep $((attempt * 5))
+    done
+    logged "$@"
+}
+
 # logged LOG COMMAND...: adds what the command prints to a file; shows its end if the command fails.
 logged() {
     local log=$1
