@@ -69,6 +69,7 @@ std::optional<Candidate> candidate(const ByteReader& record, const ByteReader& t
     const auto how = reading(*record.u16(0), *record.u16(2), *record.u16(4));
     if (!how) return std::nullopt;
     const std::size_t length = *record.u16(8);
+    if (length == 0) return std::nullopt;
     if (how->encoding == TextEncoding::utf16 && length % 2 != 0) return std::nullopt;
     const auto bytes = table.slice(stringOffset + *record.u16(10), length);
     if (!bytes) return std::nullopt;

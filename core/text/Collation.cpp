@@ -13,7 +13,10 @@ namespace {
 
 icu::Locale collationLocale(const std::string& locale)
 {
-    if (!locale.empty()) return {locale.c_str()};
+    if (!locale.empty()) {
+        const icu::Locale named(locale.c_str());
+        return named.isBogus() ? icu::Locale::getRoot() : named;
+    }
     // Where the environment names no language, ICU says "en_US_POSIX", whose order is that of the
     // character codes: all capitals first. People expect the root order instead.
     const icu::Locale& users = icu::Locale::getDefault();

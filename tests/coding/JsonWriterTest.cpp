@@ -1,0 +1,235 @@
+#include "coding/JsonWriter.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+
+namespace quillmark {
+namespace {
+
+using namespace std::string_view_literals;
+
+std::string written(const auto& value)
+{
+    std::string output;
+    JsonWriter(output).value(value);
+    return output;
+}
+
+TEST(JsonWriter, AnEmptyObjectIsTwoBraces)
+{
+    std::string output;
+    JsonWriter writer(output);
+    writer.beginObject();
+    writer.endObject();
+    EXPECT_EQ(output, "{}");
+}
+
+TEST(JsonWriter, AnEmptyArrayIsTwoBrackets)
+{
+    std::string output;
+    JsonWriter writer(output);
+    writer.beginArray();
+    writer.endArray();
+    EXPECT_EQ(output, "[]");
+}
+
+TEST(JsonWriter, EachLevelIsIndentedByTwoSpaces)
+{
+    std::string output;
+    JsonWriter writer(output);
+    writer.beginObject();
+    writer.member("text", "a");
+    writer.key("numbers");
+    writer.beginArray();
+    writer.value(1);
+    writer.value(-2);
+    writer.beginArray();
+    writer.value(true);
+    writer.endArray();
+    writer.endArray();
+    writer.key("object");
+    writer.beginObject();
+    writer.member("flag", false);
+    writer.key("nothing");
+    writer.beginObject();
+    writer.endObject();
+    writer.key("none");
+    writer.beginArray();
+    writer.endArray();
+    writer.endObject();
+    writer.endObject();
+    EXPECT_EQ(output, R"({
+  "text": "a",
+  "numbers": [
+    1,
+    -2,
+    [
+      true
+    ]
+  ],
+  "object": {
+    "flag": false,
+    "nothing": {},
+    "none": []
+  }
+})");
+}
+
+TEST(JsonWriter, ItsOutputMayBeDrainedBetweenCalls)
+{
+    std::string output;
+    std::string all;
+    const auto drain = [&] {
+        all += output;
+        output.clear();
+    };
+    JsonWriter writer(output);
+    writer.beginArray();
+    drain();
+    writer.beginObject();
+    drain();
+    writer.key("a");
+    drain();
+    writer.value("b");
+    drain();
+    writer.member("c", 3);
+    drain();
+    writer.endObject();
+    drain();
+    writer.value(4);
+    drain();
+    writer.endArray();
+    drain();
+    EXPECT_EQ(all, "[\n  {\n    \"a\": \"b\",\n    \"c\": 3\n  },\n  4\n]");
+}
+
+TEST(JsonWriter, AppendsToWhatTheOutputHolds)
+{
+    std::string output = "before ";
+    JsonWriter(output).value("x");
+    EXPECT_EQ(output, "before \"x\"");
+}
+
+TEST(JsonWriter, AStringLiteralIsATextAndNoFlag)
+{
+    std::string output;
+    JsonWriter(output).value("literal");
+    EXPECT_EQ(output, "\"literal\"");
+}
+
+TEST(JsonWriter, NumbersAreWrittenWhole)
+{
+    EXPECT_EQ(written(0), "0");
+    EXPECT_EQ(written(-1), "-1");
+    EXPECT_EQ(written(std::uint16_t{65535}), "65535");
+    EXPECT_EQ(written(std::numeric_limits<std::int64_t>::max()), "9223372036854775807");
+    EXPECT_EQ(written(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
+}
+
+struct TextRow {
+    std::string_view name;
+    std::string_view text;
+    std::string_view json;
+};
+
+class Texts : public testing::TestWithParam<TextRow> {};
+
+TEST_P(Texts, AreQuotedAndEscaped)
+{
+    EXPECT_EQ(written(GetParam().text), GetParam().json);
+}
+
+TEST_P(Texts, AreEscapedInKeysToo)
+{
+    std::string output;
+    JsonWriter writer(output);
+    writer.beginObject();
+    writer.member(GetParam().text, 1);
+    writer.endObject();
+    EXPECT_EQ(output, "{\n  " + std::string(GetParam().json) + ": 1\n}");
+}
+
+INSTANTIATE_TEST_SUITE_P(JsonWriter, Texts,
+                         testing::ValuesIn(std::to_array<TextRow>({
+                             {"Empty", "", R"("")"},
+                             {"Plain", "plain", R"("plain")"},
+                             {"Quote", R"(a "b" c)", R"("a \"b\" c")"},
+                             {"QuoteAtBothEnds", R"("")", R"("\"\"")"},
+                             {"Backslash", R"(C:\fonts)", R"("C:\\fonts")"},
+                             {"SlashStays", "a/b", R"("a/b")"},
+                             {"LineFeed", "a\nb", R"("a\nb")"},
+                             {"CarriageReturn", "a\rb", R"("a\rb")"},
+                             {"Tab", "a\tb", R"("a\tb")"},
+                             {"Backspace", "a\bb", R"("a\bb")"},
+                             {"FormFeed", "a\fb", R"("a\fb")"},
+                             {"Nul", "a\0b"sv, R"("a\u0000b")"},
+                             {"FirstControl", "\x01", R"("\u0001")"},
+                             {"VerticalTab", "\x0B", R"("\u000b")"},
+                             {"Escape", "\x1B[2J", R"("\u001b[2J")"},
+                             {"LastControl", "\x1F", R"("\u001f")"},
+                             {"SpaceStays", " ", R"(" ")"},
+                             {"DeleteStays", "\x7F", "\"\x7F\""},
+                             {"OtherScriptsStay", "Größe 中文 😀", R"("Größe 中文 😀")"},
+                             {"LineSeparatorStays", "a\u2028b\u2029", "\"a\u2028b\u2029\""},
+                             {"EscapesInARow", "\n\n\"\"", R"("\n\n\"\"")"},
+                             {"EscapeAtTheEnd", "text\n", R"("text\n")"},
+                         })),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+#ifndef NDEBUG
+void writeKeyInArray()
+{
+    std::string output;
+    JsonWriter writer(output);
+    writer.beginArray();
+    writer.key("a");
+}
+
+void writeValueWithoutKey()
+{
+    std::string output;
+    JsonWriter writer(output);
+    writer.beginObject();
+    writer.value(1);
+}
+
+void endArrayAsObject()
+{
+    std::string output;
+    JsonWriter writer(output);
+    writer.beginArray();
+    writer.endObject();
+}
+
+void endAfterKey()
+{
+    std::string output;
+    JsonWriter writer(output);
+    writer.beginObject();
+    writer.key("a");
+    writer.endObject();
+}
+
+void endNothing()
+{
+    std::string output;
+    JsonWriter(output).endArray();
+}
+
+TEST(JsonWriterDeathTest, WrongNestingIsCaught)
+{
+    EXPECT_DEATH(writeKeyInArray(), "Assertion");
+    EXPECT_DEATH(writeValueWithoutKey(), "Assertion");
+    EXPECT_DEATH(endArrayAsObject(), "Assertion");
+    EXPECT_DEATH(endAfterKey(), "Assertion");
+    EXPECT_DEATH(endNothing(), "Assertion");
+}
+#endif
+
+} // namespace
+} // namespace quillmark
