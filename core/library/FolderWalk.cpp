@@ -1,10 +1,9 @@
 #include "library/FolderWalk.h"
 
+#include "library/FileName.h"
 #include "library/LicenseFile.h"
 #include "library/Limits.h"
 #include "library/RegularFile.h"
-#include "text/Case.h"
-#include "text/Encoding.h"
 
 #include <algorithm>
 #include <array>
@@ -75,7 +74,7 @@ std::optional<EntryKind> entryKind(DIR* folder, const dirent& entry)
     const unsigned char type = entryType(folder, entry);
     if (type == DT_DIR) return EntryKind::folder;
     if (type != DT_REG && type != DT_LNK) return std::nullopt;
-    const fs::path name = entry.d_name;
+    const std::string_view name = entry.d_name;
     const bool isFont = hasFontExtension(name);
     if (!isFont && !LicenseFile::isCandidate(name)) return std::nullopt;
     if (type == DT_LNK && !isRegularFile(folder, entry.d_name)) return std::nullopt;
@@ -114,12 +113,10 @@ std::string joined(const std::string& folder, const std::string& name)
 
 } // namespace
 
-bool hasFontExtension(const fs::path& file)
+bool hasFontExtension(std::string_view fileName)
 {
-    const std::string extension = file.extension().native();
-    if (extension.empty()) return false;
-    const std::string lower = lowercased(repairedUtf8(std::string_view(extension).substr(1)));
-    return std::ranges::find(fontExtensions, lower) != fontExtensions.end();
+    const std::string extension = FileName::extension(fileName);
+    return std::ranges::find(fontExtensions, extension) != fontExtensions.end();
 }
 
 FolderContents walkFolder(const fs::path& folder)

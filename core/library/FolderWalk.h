@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quillmark {
@@ -24,8 +25,8 @@ struct FolderContents {
 /// counts as empty. `folder` itself may be a link, hidden, relative, and end in a slash.
 [[nodiscard]] FolderContents walkFolder(const std::filesystem::path& folder);
 
-/// Whether the extension is that of a font file: ttf, otf, ttc, otc, dfont, woff or woff2, in any
-/// case.
-[[nodiscard]] bool hasFontExtension(const std::filesystem::path& file);
+/// Whether a file of this name is taken for a font: its extension is ttf, otf, ttc, otc, dfont,
+/// woff or woff2, in any case.
+[[nodiscard]] bool hasFontExtension(std::string_view fileName);
 
 } // namespace quillmark

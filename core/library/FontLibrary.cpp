@@ -3,11 +3,11 @@
 #include "fontfile/NameTable.h"
 #include "fontfile/OS2Info.h"
 #include "fontfile/VariationInstances.h"
+#include "library/FileName.h"
 #include "library/FolderWalk.h"
 #include "library/LicenseFile.h"
 #include "library/Limits.h"
 #include "library/Parallel.h"
-#include "text/Case.h"
 #include "text/Encoding.h"
 
 #include <algorithm>
@@ -29,13 +29,10 @@ constexpr std::array<NameID, 11> platformNames{
     NameID::licenseDescription, NameID::licenseURL,
 };
 
-/// The extension without its full stop, lower-cased; empty without one.
-std::string extension(const PlatformFont& font)
+/// The name of the font's file; empty without one.
+std::string_view fileName(const PlatformFont& font)
 {
-    if (!font.path) return {};
-    const std::string extension = font.path->extension().native();
-    return extension.empty() ? std::string{}
-                             : lowercased(repairedUtf8(std::string_view(extension).substr(1)));
+    return font.path ? FileName::ofPath(font.path->native()) : std::string_view{};
 }
 
 /// An extension is plain ASCII wherever this is used on purpose; other letters stay as they are.
@@ -48,10 +45,9 @@ std::string uppercased(std::string text)
     return text;
 }
 
-/// `budget` is how much of `name` tables may still be read for the font's file.
-FontFacts factsWithin(std::size_t& budget, const PlatformFont& font, FontOrigin origin)
+/// `names` are those of the font's `name` table.
+FontFacts factsFromNames(NameStrings names, const PlatformFont& font, FontOrigin origin)
 {
-    NameStrings names = font.name ? NameTable::strings(*font.name, budget) : NameStrings{};
     for (const NameID id : platformNames) {
         const auto identifier = static_cast<std::uint16_t>(id);
         const auto found = font.names.find(identifier);
@@ -61,7 +57,7 @@ FontFacts factsWithin(std::size_t& budget, const PlatformFont& font, FontOrigin 
     std::optional<std::string> path;
     if (font.path) path = repairedUtf8(font.path->native());
     std::string fallbackName = font.postScriptName;
-    if (fallbackName.empty() && font.path) fallbackName = repairedUtf8(font.path->stem().native());
+    if (fallbackName.empty()) fallbackName = FileName::stem(fileName(font));
 
     FontFacts facts =
         FontFacts::fromNames(names, font.os2 ? OS2Info::read(*font.os2) : std::nullopt,
@@ -70,35 +66,43 @@ FontFacts factsWithin(std::size_t& budget, const PlatformFont& font, FontOrigin 
     return facts;
 }
 
+/// The strings of the font's `name` table. `budget` is how much of such tables may still be read
+/// for its file.
+NameStrings tableNames(std::size_t& budget, const PlatformFont& font)
+{
+    return font.name ? NameTable::strings(*font.name, budget) : NameStrings{};
+}
+
 /// A record and the file it is from. Two files can differ although their paths look alike: what is
 /// not UTF-8 in a path is shown as U+FFFD.
 struct Record {
-    FontFacts facts;
+    FontFacts* facts{};
     std::string_view file; // the path's bytes; empty without a file
 };
 
-/// The facts in order, without those from the same file and with the same PostScript name as
-/// earlier ones.
-std::vector<FontFacts> withoutDuplicates(std::vector<Record> records)
+/// Those that are not from the same file and of the same PostScript name as an earlier one.
+std::vector<Record> withoutDuplicates(std::span<const Record> records)
 {
-    using Key = std::pair<std::string_view, std::string_view>;
     struct Hash {
-        std::size_t operator()(const Key& key) const
+        std::size_t operator()(const Record& record) const
         {
             const std::hash<std::string_view> hash;
-            return hash(key.first) * 31 + hash(key.second);
+            return hash(record.file) * 31 + hash(record.facts->postScriptName);
         }
     };
-    std::unordered_set<Key, Hash> seen;
+    struct Same {
+        bool operator()(const Record& left, const Record& right) const
+        {
+            return left.facts->postScriptName == right.facts->postScriptName &&
+                   left.file == right.file;
+        }
+    };
+    std::unordered_set<Record, Hash, Same> seen;
     seen.reserve(records.size());
-    std::vector<bool> isFirst(records.size());
-    for (std::size_t i = 0; i < records.size(); ++i)
-        isFirst[i] = seen.emplace(records[i].file, records[i].facts.postScriptName).second;
-
-    std::vector<FontFacts> kept;
-    kept.reserve(seen.size());
-    for (std::size_t i = 0; i < records.size(); ++i)
-        if (isFirst[i]) kept.push_back(std::move(records[i].facts));
+    std::vector<Record> kept;
+    kept.reserve(records.size());
+    for (const Record& record : records)
+        if (seen.insert(record).second) kept.push_back(record);
     return kept;
 }
 
@@ -119,27 +123,30 @@ private:
     std::unordered_map<std::string_view, std::string> m_keys;
 };
 
-std::vector<FontFacts> sorted(std::vector<FontFacts> fonts, const Collator& order)
+/// What the records point at, without duplicates and in order. The records' facts are moved from:
+/// whole facts are large, so they are moved once and not while sorting.
+std::vector<FontFacts> arranged(std::span<const Record> records, const Collator& order)
 {
     struct Keyed {
-        const std::string* family;
-        const std::string* style;
-        std::size_t position;
+        const std::string* family{};
+        const std::string* style{};
+        FontFacts* facts{};
     };
     SortKeys keys(order);
-    std::vector<Keyed> keyed;
-    keyed.reserve(fonts.size());
-    for (std::size_t i = 0; i < fonts.size(); ++i)
-        keyed.push_back({&keys.of(fonts[i].family), &keys.of(fonts[i].style), i});
-    std::ranges::stable_sort(keyed, [](const Keyed& left, const Keyed& right) {
+    std::vector<Keyed> fonts;
+    fonts.reserve(records.size());
+    for (const Record& record : withoutDuplicates(records))
+        fonts.push_back(
+            {&keys.of(record.facts->family), &keys.of(record.facts->style), record.facts});
+    std::ranges::stable_sort(fonts, [](const Keyed& left, const Keyed& right) {
         const int families = left.family->compare(*right.family);
         return families != 0 ? families < 0 : *left.style < *right.style;
     });
 
     std::vector<FontFacts> result;
     result.reserve(fonts.size());
-    for (const Keyed& next : keyed)
-        result.push_back(std::move(fonts[next.position]));
+    for (const Keyed& next : fonts)
+        result.push_back(std::move(*next.facts));
     return result;
 }
 
@@ -166,12 +173,15 @@ FileInstances instancesOf(const FontService& service, const std::string& file)
 {
     FileInstances instances;
     std::size_t budget = NameTable::maximumFileBytes;
+    std::size_t instancesLeft = Limits::instances;
     for (const PlatformFont& face : service.facesOf(file, Faces::variable)) {
         if (!face.fvar) continue;
-        const NameStrings names =
-            face.name ? NameTable::strings(*face.name, budget) : NameStrings{};
-        const FontFacts facts = FontLibrary::facts(face, FontOrigin::folder);
-        instances.try_emplace(facts.postScriptName, VariationInstances::read(*face.fvar, names));
+        const NameStrings names = tableNames(budget, face);
+        auto ofFace = VariationInstances::read(*face.fvar, names);
+        if (ofFace.size() > instancesLeft) break;
+        instancesLeft -= ofFace.size();
+        const FontFacts facts = factsFromNames(names, face, FontOrigin::folder);
+        instances.try_emplace(facts.postScriptName, std::move(ofFace));
     }
     return instances;
 }
@@ -182,28 +192,28 @@ namespace FontLibrary {
 
 std::string formatName(const PlatformFont& font)
 {
-    const std::string fileExtension = extension(font);
+    const std::string extension = FileName::extension(fileName(font));
     if (font.format) {
         switch (*font.format) {
         case FontFormat::openTypePostScript:
             return std::string(FormatLabel::openTypeCFF);
         case FontFormat::openTypeTrueType:
         case FontFormat::trueType:
-            return std::string(fileExtension == "ttc" ? FormatLabel::trueTypeCollection
-                                                      : FormatLabel::trueType);
+            return std::string(extension == "ttc" ? FormatLabel::trueTypeCollection
+                                                  : FormatLabel::trueType);
         case FontFormat::postScript:
             return std::string(FormatLabel::postScriptType1);
         case FontFormat::bitmap:
             return std::string(FormatLabel::bitmap);
         }
     }
-    return fileExtension.empty() ? std::string(FormatLabel::font) : uppercased(fileExtension);
+    return extension.empty() ? std::string(FormatLabel::font) : uppercased(extension);
 }
 
 FontFacts facts(const PlatformFont& font, FontOrigin origin)
 {
     std::size_t budget = NameTable::maximumFileBytes;
-    return factsWithin(budget, font, origin);
+    return factsFromNames(tableNames(budget, font), font, origin);
 }
 
 std::vector<FontFacts> readFile(const FontService& service, const std::filesystem::path& file,
@@ -214,7 +224,7 @@ std::vector<FontFacts> readFile(const FontService& service, const std::filesyste
     records.reserve(faces.size());
     std::size_t budget = NameTable::maximumFileBytes;
     for (const PlatformFont& face : faces)
-        records.push_back(factsWithin(budget, face, origin));
+        records.push_back(factsFromNames(tableNames(budget, face), face, origin));
     return records;
 }
 
@@ -222,18 +232,23 @@ std::vector<FontFacts> installedFonts(const FontService& service, const Collator
                                       const Progress& progress)
 {
     const std::vector<std::string> names = service.installedNames();
-    std::vector<Record> records;
-    std::vector<std::string> files(names.size()); // what the records' views point into
-    records.reserve(names.size());
+    std::vector<FontFacts> fonts;
+    std::vector<std::string> files; // of the fonts, as bytes
+    fonts.reserve(names.size());
+    files.reserve(names.size());
     for (std::size_t i = 0; i < names.size(); ++i) {
         const auto font = service.installedFont(names[i]);
         if (!font || font->postScriptName != names[i]) continue;
-        if (font->path) files[i] = font->path->native();
-        records.push_back({facts(*font, FontOrigin::installed), files[i]});
+        fonts.push_back(facts(*font, FontOrigin::installed));
+        files.push_back(font->path ? font->path->native() : std::string{});
         if (progress && i % 100 == 0) progress(i, names.size());
     }
     if (progress) progress(names.size(), names.size());
-    return sorted(withoutDuplicates(std::move(records)), order);
+
+    std::vector<Record> records;
+    for (std::size_t i = 0; i < fonts.size(); ++i)
+        records.push_back({&fonts[i], files[i]});
+    return arranged(records, order);
 }
 
 std::vector<FontFacts> scanFolder(const FontService& service, const Collator& order,
@@ -258,8 +273,8 @@ std::vector<FontFacts> scanFolder(const FontService& service, const Collator& or
     std::vector<Record> records;
     for (std::size_t i = 0; i < read.size(); ++i)
         for (FontFacts& facts : read[i])
-            records.push_back({std::move(facts), contents.fonts[i].path});
-    return sorted(withoutDuplicates(std::move(records)), order);
+            records.push_back({&facts, contents.fonts[i].path});
+    return arranged(records, order);
 }
 
 std::optional<FontFacts> installedFont(const FontService& service, std::string_view postScriptName)

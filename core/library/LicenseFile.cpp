@@ -1,5 +1,6 @@
 #include "library/LicenseFile.h"
 
+#include "library/FileName.h"
 #include "library/RegularFile.h"
 #include "text/Case.h"
 #include "text/Characters.h"
@@ -16,12 +17,7 @@ namespace quillmark {
 namespace {
 
 constexpr std::array<std::string_view, 4> stems{"ofl", "license", "licence", "copying"};
-constexpr std::array<std::string_view, 3> extensions{"", ".txt", ".md"};
-
-std::string lowercasedName(const std::filesystem::path& name)
-{
-    return lowercased(repairedUtf8(name.native()));
-}
+constexpr std::array<std::string_view, 3> extensions{"", "txt", "md"};
 
 /// The beginning of a licence text; absent for a file that is none.
 std::optional<std::string> licenseText(const std::filesystem::path& path)
@@ -42,10 +38,9 @@ namespace LicenseFile {
 
 bool isCandidate(const std::filesystem::path& file)
 {
-    std::string extension = lowercasedName(file.extension());
-    if (extension == ".") extension.clear();
-    if (std::ranges::find(extensions, extension) == extensions.end()) return false;
-    const std::string stem = lowercasedName(file.stem());
+    const std::string_view name = FileName::ofPath(file.native());
+    if (std::ranges::find(extensions, FileName::extension(name)) == extensions.end()) return false;
+    const std::string stem = lowercased(FileName::stem(name));
     return std::ranges::any_of(stems, [&stem](std::string_view s) { return stem.starts_with(s); });
 }
 
@@ -53,10 +48,11 @@ Candidates::Candidates(std::span<const std::filesystem::path> files)
 {
     m_candidates.reserve(files.size());
     for (const auto& file : files) {
+        const std::string_view name = FileName::ofPath(file.native());
         m_candidates.push_back({
             file,
-            familyKey(repairedUtf8(file.stem().native())),
-            codePointCount(repairedUtf8(file.filename().native())),
+            familyKey(FileName::stem(name)),
+            codePointCount(repairedUtf8(name)),
         });
     }
     std::ranges::stable_sort(m_candidates, {}, &Candidate::nameLength);

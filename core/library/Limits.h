@@ -28,6 +28,9 @@ inline constexpr std::uint64_t freeTypeFileBytes = std::uint64_t{64} << 20U;
 /// resource fork with thousands of faces, for each of which everything is read again.
 inline constexpr std::uint64_t freeTypeReadBytes = std::uint64_t{256} << 20U;
 
+/// Named instances of one file. Real variable fonts have up to some hundreds.
+inline constexpr std::size_t instances = 65536;
+
 /// Bytes of text in the records for the named instances of one file.
 inline constexpr std::size_t instanceTextBytes = std::size_t{64} << 20U;
 

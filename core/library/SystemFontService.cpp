@@ -22,13 +22,14 @@ int formatRank(const PlatformFont& font)
     return font.format == FontFormat::postScript ? 1 : 0;
 }
 
-std::vector<PlatformFont> facesOfFile(const std::filesystem::path& path, Faces which)
+std::vector<PlatformFont> facesOfFile(std::filesystem::path path, Faces which)
 {
     const auto file = RegularFile::open(path.native());
     if (!file) return {};
     std::vector<PlatformFont> faces = FontFile::faces(*file, which);
-    for (PlatformFont& face : faces)
-        face.path = path;
+    for (std::size_t i = 1; i < faces.size(); ++i)
+        faces[i].path = path;
+    if (!faces.empty()) faces.front().path = std::move(path);
     return faces;
 }
 
