@@ -35,6 +35,7 @@ struct FontValues {
     std::u16string manufacturer{};
     std::u16string license{};
     std::u16string licenseURL{};
+    std::u16string instance{}; // the style of a named instance, which makes the font a variable one
     std::optional<std::uint16_t> fsType{};
 };
 

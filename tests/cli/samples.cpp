@@ -1,5 +1,6 @@
 // Writes the fonts and the document that program_test.py runs the built program on.
 
+#include "SampleDocument.h"
 #include "support/FontBytes.h"
 
 #include <cstdio>
@@ -8,11 +9,13 @@
 #include <fstream>
 #include <span>
 #include <stdexcept>
+#include <string>
 
 namespace {
 
 using quillmark::test::Bytes;
 using quillmark::test::FontBytes;
+using quillmark::test::sampleDocument;
 
 void write(const std::filesystem::path& path, std::span<const std::byte> bytes)
 {
@@ -60,5 +63,8 @@ int main(int argumentCount, char** arguments)
     const std::filesystem::path folder = arguments[1];
     write(folder / "Fonts/cedar.ttf", cedar());
     write(folder / "Fonts/acme.ttf", acme());
+    const std::string document =
+        sampleDocument(2, {{.name = "ABCDEF+Cedar-Regular", .pages = {1, 2}, .program = cedar()}});
+    write(folder / "document.pdf", std::as_bytes(std::span(document)));
     return EXIT_SUCCESS;
 }
