@@ -1,7 +1,8 @@
 """Tests of the built quillmark-cli as a process: what only shows from outside.
 
-Usage: program_test.py PROGRAM SAMPLES SCHEMA [unittest arguments]
-PROGRAM is quillmark-cli, SAMPLES the program that writes sample fonts and documents.
+Usage: program_test.py PROGRAM SAMPLES DOCS [unittest arguments]
+PROGRAM is quillmark-cli, SAMPLES the program that writes sample fonts and documents, DOCS the
+folder with the schema and the manuals.
 """
 
 import json
@@ -17,8 +18,13 @@ import unittest
 
 import jsonschema
 
-PROGRAM, SAMPLES, SCHEMA = (os.path.abspath(path) for path in sys.argv[1:4])
+PROGRAM, SAMPLES, DOCS = (os.path.abspath(path) for path in sys.argv[1:4])
 TIME_LIMIT = 60  # seconds; far more than anything here takes
+
+
+def document(name):
+    with open(os.path.join(DOCS, name), encoding="utf-8") as file:
+        return file.read()
 
 
 def run(*arguments, **options):
@@ -71,8 +77,7 @@ class JsonTest(ProgramTest):
         result = run(*arguments, "--format", "json")
         self.assertEqual(result.returncode, exit_code, result.stderr)
         report = json.loads(result.stdout.decode("utf-8"))
-        with open(SCHEMA, encoding="utf-8") as file:
-            schema = json.load(file)
+        schema = json.loads(document("schema/quillmark.schema.json"))
         validator = jsonschema.validators.validator_for(schema)
         validator.check_schema(schema)
         validator(schema).validate(report)
@@ -209,6 +214,33 @@ class TerminalTest(ProgramTest):
         )
         for line in text.split("\r\n")[2:]:  # the first two are the name and the path
             self.assertLessEqual(len(line), 80, line)
+
+
+class DocumentationTest(unittest.TestCase):
+    """The manual, the manual page and --help tell the same."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.help = run("--help").stdout.decode("utf-8")
+
+    def test_all_name_the_same_options(self):
+        options = self.options(self.help)
+        self.assertEqual(len(options), 9)
+        self.assertEqual(self.options(document("command-line.md")), options)
+        self.assertEqual(self.options(document("man/quillmark-cli.1.scd")), options)
+
+    def test_all_name_the_same_exit_codes(self):
+        codes = set(re.findall(r"(?m)^ +([0-9]+)   [A-Za-z]", self.help))
+        self.assertEqual(codes, {"0", "1", "2", "3", "4", "70", "130"})
+        codes.add("141")  # of interest to few, so it is not in the help
+        self.assertEqual(set(re.findall(r"(?m)^\| ([0-9]+) \|", document("command-line.md"))), codes)
+        self.assertEqual(
+            set(re.findall(r"(?m)^\*([0-9]+)\*$", document("man/quillmark-cli.1.scd"))), codes
+        )
+
+    @staticmethod
+    def options(text):
+        return set(re.findall(r"--[a-z]+(?:-[a-z]+)*", text))
 
 
 if __name__ == "__main__":
