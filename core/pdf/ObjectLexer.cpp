@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <optional>
+#include <utility>
 
 namespace quillmark::PDF {
 namespace {
@@ -59,6 +60,7 @@ void unescape(std::string& name)
 
 bool isKeyword(std::string_view word)
 {
+    if (word.front() < 'e') return false; // numbers, mostly
     static constexpr auto keywords = std::to_array<std::string_view>({
         "endobj",
         "endstream",
@@ -89,12 +91,6 @@ bool ObjectLexer::refill()
         m_exhausted = m_window.empty();
     }
     return !m_window.empty();
-}
-
-int ObjectLexer::peek()
-{
-    if (m_at == m_window.size() && !refill()) return noByte;
-    return std::to_integer<int>(m_window[m_at]);
 }
 
 void ObjectLexer::skipComment()
@@ -137,36 +133,45 @@ void ObjectLexer::skipHexString()
     }
 }
 
+/// The regular characters from here on. Mostly they lie in one piece in front of us; else they are
+/// put together.
+std::string_view ObjectLexer::regularCharacters()
+{
+    const auto rest = [this] {
+        std::size_t end = m_at;
+        while (end < m_window.size() && isRegular(std::to_integer<int>(m_window[end])))
+            ++end;
+        const std::string_view characters(reinterpret_cast<const char*>(m_window.data()) + m_at,
+                                          end - m_at);
+        m_at = end;
+        return characters;
+    };
+    const std::string_view whole = rest();
+    if (m_at < m_window.size()) return whole;
+    m_text = whole;
+    while (isRegular(peek()))
+        m_text += rest();
+    return m_text;
+}
+
 Token ObjectLexer::name()
 {
-    m_text.clear();
-    for (int byte = peek(); isRegular(byte); byte = peek()) {
-        m_text += static_cast<char>(byte);
-        skip();
-    }
-    unescape(m_text);
+    const auto characters = regularCharacters();
+    if (characters.find('#') == std::string_view::npos) return {Token::Kind::name, 0, characters};
+    std::string unescaped(characters);
+    unescape(unescaped);
+    m_text = std::move(unescaped);
     return {Token::Kind::name, 0, m_text};
 }
 
 Token ObjectLexer::word()
 {
-    // Words with a meaning are short; of longer ones only the end matters.
-    constexpr std::size_t kept = 32;
-    m_text.clear();
-    bool whole = true;
-    for (int byte = peek(); isRegular(byte); byte = peek()) {
-        if (m_text.size() < kept)
-            m_text += static_cast<char>(byte);
-        else
-            whole = false;
-        skip();
-    }
-    if (!whole) return {Token::Kind::other, 0, {}};
-    if (m_text == "R") return {Token::Kind::reference, 0, {}};
-    if (m_text == "null") return {Token::Kind::null, 0, {}};
-    if (isKeyword(m_text)) return {Token::Kind::keyword, 0, m_text};
-    const char* begin = m_text.data() + (m_text.front() == '+' ? 1 : 0);
-    const char* end = m_text.data() + m_text.size();
+    const auto characters = regularCharacters();
+    if (characters == "R") return {Token::Kind::reference, 0, {}};
+    if (characters == "null") return {Token::Kind::null, 0, {}};
+    if (isKeyword(characters)) return {Token::Kind::keyword, 0, characters};
+    const char* begin = characters.data() + (characters.front() == '+' ? 1 : 0);
+    const char* end = characters.data() + characters.size();
     std::int64_t number = 0;
     const auto [stop, error] = std::from_chars(begin, end, number);
     if (error == std::errc{} && stop == end) return {Token::Kind::integer, number, {}};
@@ -204,6 +209,39 @@ Token ObjectLexer::next()
         return {Token::Kind::other, 0, {}};
     default: // a stray parenthesis or brace
         return {Token::Kind::other, 0, {}};
+    }
+}
+
+bool ObjectLexer::mayContain(std::string_view wanted)
+{
+    constexpr std::size_t deepest = 32; // deeper objects are taken apart to be sure
+    std::array<int, deepest> closers{};
+    std::size_t depth = 0;
+    for (;;) {
+        const int byte = skipSpace();
+        if (byte < 0) return true;
+        if (isRegular(byte)) {
+            (void)regularCharacters();
+            if (depth == 0) return true;
+            continue;
+        }
+        skip();
+        const bool twice = (byte == '<' || byte == '>') && peek() == byte;
+        if (twice) skip();
+        if (byte == '/') {
+            const auto characters = regularCharacters();
+            if (characters == wanted || characters.find('#') != std::string_view::npos) return true;
+        } else if (byte == '[' || (byte == '<' && twice)) {
+            if (depth == deepest) return true;
+            closers[depth++] = byte == '[' ? ']' : '>';
+        } else if (byte == ']' || (byte == '>' && twice)) {
+            if (depth == 0 || closers[depth - 1] != byte) return true;
+            if (--depth == 0) return false;
+        } else if (byte == '<') {
+            skipHexString();
+        } else if (byte == '(') {
+            skipString();
+        }
     }
 }
 

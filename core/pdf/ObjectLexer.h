@@ -27,7 +27,7 @@ struct Token {
     };
     Kind kind{};
     std::int64_t number{};
-    std::string_view text; // of a name, after its escapes, or keyword; valid until the next token
+    std::string_view text; // of a name, after its escapes, or keyword; until the next token
 };
 
 class ObjectLexer {
@@ -37,6 +37,10 @@ public:
 
     [[nodiscard]] Token next();
 
+    /// Passes over one object without taking it apart, until it is clear whether `name` is among
+    /// the names in it. False only when it certainly is not.
+    [[nodiscard]] bool mayContain(std::string_view name);
+
     /// Whether the text went on behind the limit.
     [[nodiscard]] bool exhausted() const { return m_exhausted; }
     /// Bytes read so far.
@@ -45,10 +49,15 @@ public:
 private:
     static constexpr int noByte = -1;
 
-    [[nodiscard]] int peek();
+    [[nodiscard]] int peek()
+    {
+        if (m_at == m_window.size() && !refill()) return noByte;
+        return std::to_integer<int>(m_window[m_at]);
+    }
     void skip() { ++m_at; } // what `peek` returned
     [[nodiscard]] bool refill();
 
+    [[nodiscard]] std::string_view regularCharacters();
     [[nodiscard]] Token name();
     [[nodiscard]] Token word();
     void skipComment();
@@ -63,7 +72,7 @@ private:
     std::span<const std::byte> m_window;
     std::size_t m_at{}; // in the window
     bool m_exhausted{};
-    std::string m_text;
+    std::string m_text; // of a token that is not in one piece in the window
 };
 
 } // namespace quillmark::PDF

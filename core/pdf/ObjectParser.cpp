@@ -1,53 +1,35 @@
 #include "pdf/ObjectParser.h"
 
 #include "pdf/Limits.h"
-#include "pdf/ObjectLexer.h"
 
 #include <algorithm>
 #include <limits>
-#include <optional>
-#include <string>
 #include <utility>
 
 namespace quillmark::PDF {
+namespace {
 
-enum class Streams { impossible, possible };
-
-/// Builds the values from tokens. Containers that are still open are kept on a stack of our own,
-/// their values so far on another; a container's values move together when it closes.
-class ObjectParser {
-public:
-    explicit ObjectParser(ObjectLexer& lexer)
-        : m_lexer(lexer), m_object(std::make_shared<ParsedObject>())
-    {
-    }
-
-    /// Null when there is no object.
-    [[nodiscard]] std::shared_ptr<ParsedObject> parse(Streams streams);
-
-private:
-    struct Open {
-        Value::Kind kind{};
-        std::size_t begin{}; // of its values, in m_pending
-    };
-
-    [[nodiscard]] bool accept(const Token& token);
-    void push(Value::Kind kind, std::int64_t number = 0, std::uint32_t count = 0);
-    void pushName(std::string_view name);
-    void makeReference();
-    void close();
-    void orderEntries(std::size_t begin);
-
-    ObjectLexer& m_lexer;
-    std::shared_ptr<ParsedObject> m_object;
-    std::vector<Value> m_pending;
-    std::vector<Open> m_open;
-    std::optional<std::string> m_endedBy; // a keyword
-};
-
-std::shared_ptr<ParsedObject> ObjectParser::parse(Streams streams)
+/// Passes over an object's header. False when it is not the one expected.
+bool passHeader(ObjectLexer& lexer, const Reference& expected)
 {
-    while (accept(m_lexer.next())) {
+    const Token number = lexer.next();
+    if (number.kind != Token::Kind::integer || number.number != expected.number) return false;
+    const Token generation = lexer.next();
+    if (generation.kind != Token::Kind::integer || generation.number != expected.generation)
+        return false;
+    const Token keyword = lexer.next();
+    return keyword.kind == Token::Kind::keyword && keyword.text == "obj";
+}
+
+} // namespace
+
+ParsedObjectRef ObjectParser::parse(ObjectLexer& lexer, Streams streams)
+{
+    m_object = std::make_shared<ParsedObject>();
+    m_open.clear();
+    m_pending.clear();
+    m_endedBy.clear();
+    while (accept(lexer.next())) {
         if (m_open.empty() && !m_pending.empty()) break;
         if (m_open.size() > Limits::objectDepth) return nullptr;
     }
@@ -56,11 +38,11 @@ std::shared_ptr<ParsedObject> ObjectParser::parse(Streams streams)
     if (m_pending.empty()) return nullptr;
     m_object->m_root = m_pending.front();
     if (streams == Streams::possible && m_object->m_root.kind() == Value::Kind::dictionary) {
-        if (!m_endedBy) (void)accept(m_lexer.next());
+        if (m_endedBy.empty()) (void)accept(lexer.next());
         m_object->m_isStream = m_endedBy == "stream";
     }
-    if (m_lexer.exhausted()) return nullptr;
-    m_object->m_textSize = m_lexer.consumed();
+    if (lexer.exhausted()) return nullptr;
+    m_object->m_textSize = lexer.consumed();
     return std::move(m_object);
 }
 
@@ -157,11 +139,8 @@ void ObjectParser::close()
 /// key is due is passed over.
 void ObjectParser::orderEntries(std::size_t begin)
 {
-    struct Entry {
-        Value key;
-        Value value;
-    };
-    std::vector<Entry> entries;
+    auto& entries = m_entries;
+    entries.clear();
     for (std::size_t i = begin; i + 1 < m_pending.size();) {
         if (m_pending[i].kind() != Value::Kind::name) {
             ++i;
@@ -181,23 +160,24 @@ void ObjectParser::orderEntries(std::size_t begin)
     }
 }
 
-std::shared_ptr<const ParsedObject> parseIndirect(const ObjectText& text, const Reference& expected)
+ParsedObjectRef ObjectParser::indirect(const ObjectText& text, const Reference& expected)
 {
     ObjectLexer lexer(text.source, text.offset, text.limit);
-    const Token number = lexer.next();
-    const Token generation = lexer.next();
-    if (number.kind != Token::Kind::integer || number.number != expected.number) return nullptr;
-    if (generation.kind != Token::Kind::integer || generation.number != expected.generation)
-        return nullptr;
-    const Token keyword = lexer.next();
-    if (keyword.kind != Token::Kind::keyword || keyword.text != "obj") return nullptr;
-    return ObjectParser(lexer).parse(Streams::possible);
+    if (!passHeader(lexer, expected)) return nullptr;
+    return parse(lexer, Streams::possible);
 }
 
-std::shared_ptr<const ParsedObject> parseDirect(const ObjectText& text)
+ParsedObjectRef ObjectParser::direct(const ObjectText& text)
 {
     ObjectLexer lexer(text.source, text.offset, text.limit);
-    return ObjectParser(lexer).parse(Streams::impossible);
+    return parse(lexer, Streams::impossible);
+}
+
+bool mayHaveKey(const ObjectText& text, const Reference& expected, std::string_view name)
+{
+    ObjectLexer lexer(text.source, text.offset, text.limit);
+    if (expected.number != 0 && !passHeader(lexer, expected)) return true;
+    return lexer.mayContain(name);
 }
 
 std::vector<ObjectPlace> parsePlaces(const ObjectText& text, std::uint64_t count)

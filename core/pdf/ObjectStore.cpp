@@ -35,7 +35,7 @@ Node ObjectStore::catalog()
     const Reference reference = m_file->root();
     if (reference.number != 0) return root(object(reference), reference);
     const auto source = memorySource(std::as_bytes(std::span(m_file->rootText())));
-    return root(parseDirect({*source, 0, Limits::objectText}), reference);
+    return root(m_parser.direct({*source, 0, Limits::objectText}), reference);
 }
 
 Node ObjectStore::get(const Node& dictionary, std::string_view key)
@@ -101,7 +101,7 @@ ParsedObjectRef ObjectStore::readFromFile(const Reference& reference, std::uint6
     const auto read = [&](std::uint64_t at) {
         const auto limit = std::min<std::uint64_t>(Limits::objectText, m_textLeft);
         auto object =
-            parseIndirect({m_file->bytes(), at, static_cast<std::size_t>(limit)}, reference);
+            m_parser.indirect({m_file->bytes(), at, static_cast<std::size_t>(limit)}, reference);
         m_textLeft -= std::min<std::uint64_t>(m_textLeft, object ? object->textSize() : 0);
         return object;
     };
@@ -113,18 +113,40 @@ ParsedObjectRef ObjectStore::readFromFile(const Reference& reference, std::uint6
     return read(location->value);
 }
 
+const ObjectPlace* ObjectStore::placeIn(const Members& members, std::uint32_t number)
+{
+    const auto place = std::ranges::lower_bound(members.places, number, {}, &ObjectPlace::number);
+    return place == members.places.end() || place->number != number ? nullptr : &*place;
+}
+
+bool ObjectStore::mayHaveKey(const Node& node, std::string_view key)
+{
+    // An object that does not show its lack of the key within this much is read anyway.
+    constexpr std::size_t looked = 2048;
+    const auto reference = node.object ? node.value->reference() : std::nullopt;
+    if (!reference || m_objects.contains(keyOf(*reference))) return true;
+    const auto location = m_file->find(*reference);
+    if (!location) return false;
+    if (location->kind == Location::Kind::inFile)
+        return PDF::mayHaveKey({m_file->bytes(), location->value, looked}, *reference, key);
+    const auto container = members(location->value);
+    const ObjectPlace* place = container ? placeIn(*container, reference->number) : nullptr;
+    if (!place) return false;
+    const auto source = memorySource(container->bytes);
+    return PDF::mayHaveKey({*source, container->first + place->offset, looked}, {}, key);
+}
+
 ParsedObjectRef ObjectStore::readFromStream(const Reference& reference, std::uint64_t stream)
 {
     const auto container = members(stream);
     if (!container) return nullptr;
-    const auto& places = container->places;
-    const auto place = std::ranges::lower_bound(places, reference.number, {}, &ObjectPlace::number);
-    if (place == places.end() || place->number != reference.number) return nullptr;
+    const ObjectPlace* place = placeIn(*container, reference.number);
+    if (!place) return nullptr;
     const auto source = memorySource(container->bytes);
     const auto limit =
         std::min({std::uint64_t{Limits::objectText}, m_textLeft, container->textLeft});
-    auto object =
-        parseDirect({*source, container->first + place->offset, static_cast<std::size_t>(limit)});
+    auto object = m_parser.direct(
+        {*source, container->first + place->offset, static_cast<std::size_t>(limit)});
     const std::uint64_t text = object ? object->textSize() : limit;
     m_textLeft -= std::min(m_textLeft, text);
     container->textLeft -= std::min(container->textLeft, text);

@@ -17,8 +17,6 @@
 
 namespace quillmark::PDF {
 
-using ParsedObjectRef = std::shared_ptr<const ParsedObject>;
-
 /// A value of the document: where in which object. Without an object, there is no value.
 struct Node {
     ParsedObjectRef object;
@@ -42,6 +40,9 @@ public:
     /// The value of a key; what it refers to, if it is a reference.
     [[nodiscard]] Node get(const Node& dictionary, std::string_view key);
     [[nodiscard]] Node get(const Node& array, std::size_t index);
+    /// Whether `node` may be, or refer to, a dictionary with this key. False only when it certainly
+    /// is not; often that shows without reading the object.
+    [[nodiscard]] bool mayHaveKey(const Node& node, std::string_view key);
     /// What `node` refers to, if it is a reference; else `node`.
     [[nodiscard]] Node follow(Node node);
 
@@ -66,6 +67,7 @@ private:
     [[nodiscard]] ParsedObjectRef object(const Reference& reference, Where where = Where::anywhere);
     [[nodiscard]] ParsedObjectRef readFromFile(const Reference& reference, std::uint64_t offset);
     [[nodiscard]] ParsedObjectRef readFromStream(const Reference& reference, std::uint64_t stream);
+    [[nodiscard]] static const ObjectPlace* placeIn(const Members& members, std::uint32_t number);
     [[nodiscard]] std::shared_ptr<Members> members(std::uint64_t stream);
     [[nodiscard]] std::shared_ptr<Members> unpack(std::uint64_t stream);
     [[nodiscard]] Node followIn(Where where, Node node);
@@ -76,6 +78,7 @@ private:
                                                DecodeBudget& budget, Where where);
 
     std::unique_ptr<QPDFFile> m_file;
+    ObjectParser m_parser;
     std::unordered_map<std::uint64_t, ParsedObjectRef> m_objects;
     std::size_t m_objectBytes{};
     std::unordered_map<std::uint64_t, std::shared_ptr<Members>> m_members;

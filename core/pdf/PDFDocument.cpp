@@ -23,6 +23,16 @@ public:
     {
         return dictionaryAt(m_store, m_store.get(m_node, index));
     }
+    [[nodiscard]] DictionaryRef dictionaryWith(std::size_t index,
+                                               std::string_view key) const override
+    {
+        if (index >= size()) return nullptr;
+        Node node{m_node.object, &m_node.object->element(*m_node.value, index), m_node.owner};
+        if (!m_store.mayHaveKey(node, key)) return nullptr;
+        node = m_store.follow(std::move(node));
+        if (!m_store.get(node, key).object) return nullptr;
+        return dictionaryAt(m_store, std::move(node));
+    }
 
 private:
     ObjectStore& m_store;

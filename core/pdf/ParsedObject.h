@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -81,5 +82,7 @@ private:
     bool m_isStream{};
     std::size_t m_textSize{};
 };
+
+using ParsedObjectRef = std::shared_ptr<const ParsedObject>;
 
 } // namespace quillmark::PDF

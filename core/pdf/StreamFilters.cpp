@@ -32,8 +32,22 @@ public:
             m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
     }
     [[nodiscard]] bool full() const { return m_full; } // something did not fit
+    [[nodiscard]] const Bytes& bytes() const { return m_bytes; }
     [[nodiscard]] Bytes take() { return std::move(m_bytes); }
-    [[nodiscard]] Bytes& bytes() { return m_bytes; }
+
+    /// Space behind the first `used` bytes, some `wanted` of it, for a filter that writes by
+    /// itself. One byte over the limit can be had, which shows that something did not fit.
+    [[nodiscard]] std::span<std::byte> space(std::size_t used, std::size_t wanted)
+    {
+        m_bytes.resize(std::min(used + wanted, m_limit + 1));
+        return std::span(m_bytes).subspan(used);
+    }
+    /// Ends writing into the space; `used` is all that was written.
+    void finish(std::size_t used)
+    {
+        m_full = used > m_limit;
+        m_bytes.resize(std::min(used, m_limit));
+    }
 
 private:
     Bytes m_bytes;
@@ -63,21 +77,28 @@ struct Inflation {
 
 void flate(std::span<const std::byte> raw, Output& output)
 {
-    constexpr std::size_t step = std::size_t{64} << 10U;
+    constexpr std::size_t step = std::size_t{4} << 10U;
     Inflation inflation;
     auto& stream = inflation.stream;
     if (!inflation.ready || raw.size() > std::numeric_limits<uInt>::max()) return;
+    // Data with a wrong check sum are used like other damaged data, so it need not be computed.
+    ::inflateValidate(&stream, 0);
     // zlib does not write through next_in; the parameter is only const with a build option.
     stream.next_in = const_cast<Bytef*>(reinterpret_cast<const Bytef*>(raw.data()));
     stream.avail_in = static_cast<uInt>(raw.size());
-    std::array<std::byte, step> piece;
-    int status = Z_OK;
-    while (status == Z_OK && !output.full()) {
-        stream.next_out = reinterpret_cast<Bytef*>(piece.data());
-        stream.avail_out = static_cast<uInt>(piece.size());
-        status = ::inflate(&stream, Z_NO_FLUSH);
-        output.put(std::span(piece).first(piece.size() - stream.avail_out));
+    // Mostly the first space is enough, and then zlib needs no window of its own.
+    std::size_t used = 0;
+    bool more = true;
+    while (more) {
+        const auto space = output.space(used, std::max(3 * raw.size(), used) + step);
+        stream.next_out = reinterpret_cast<Bytef*>(space.data());
+        stream.avail_out = static_cast<uInt>(space.size());
+        const int status = ::inflate(&stream, Z_FINISH);
+        used += space.size() - stream.avail_out;
+        const bool undamaged = status == Z_OK || status == Z_BUF_ERROR;
+        more = undamaged && stream.avail_out == 0 && !space.empty();
     }
+    output.finish(used);
 }
 
 /// Variable-width codes, most significant bit first (TIFF 6.0, section 13, without its byte order).
@@ -112,7 +133,7 @@ void lzw(std::span<const std::byte> raw, bool earlyChange, Output& output)
             previous.reset();
             continue;
         }
-        auto& bytes = output.bytes();
+        const auto& bytes = output.bytes();
         const std::size_t at = bytes.size();
         if (code < clear) {
             output.put(static_cast<std::byte>(code));
