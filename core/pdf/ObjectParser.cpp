@@ -23,7 +23,7 @@ bool passHeader(ObjectLexer& lexer, const Reference& expected)
 
 } // namespace
 
-ParsedObjectRef ObjectParser::parse(ObjectLexer& lexer, Streams streams)
+ParsedObjectRef ObjectParser::parse(ObjectLexer& lexer, Streams streams, std::uint64_t offset)
 {
     m_object = std::make_shared<ParsedObject>();
     m_open.clear();
@@ -40,6 +40,7 @@ ParsedObjectRef ObjectParser::parse(ObjectLexer& lexer, Streams streams)
     if (streams == Streams::possible && m_object->m_root.kind() == Value::Kind::dictionary) {
         if (m_endedBy.empty()) (void)accept(lexer.next());
         m_object->m_isStream = m_endedBy == "stream";
+        m_object->m_streamKeywordEnd = offset + lexer.consumed();
     }
     if (lexer.exhausted()) return nullptr;
     m_object->m_textSize = lexer.consumed();
@@ -164,13 +165,13 @@ ParsedObjectRef ObjectParser::indirect(const ObjectText& text, const Reference& 
 {
     ObjectLexer lexer(text.source, text.offset, text.limit);
     if (!passHeader(lexer, expected)) return nullptr;
-    return parse(lexer, Streams::possible);
+    return parse(lexer, Streams::possible, text.offset);
 }
 
 ParsedObjectRef ObjectParser::direct(const ObjectText& text)
 {
     ObjectLexer lexer(text.source, text.offset, text.limit);
-    return parse(lexer, Streams::impossible);
+    return parse(lexer, Streams::impossible, text.offset);
 }
 
 bool mayHaveKey(const ObjectText& text, const Reference& expected, std::string_view name)

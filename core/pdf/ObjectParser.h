@@ -44,7 +44,7 @@ private:
         Value value;
     };
 
-    [[nodiscard]] ParsedObjectRef parse(ObjectLexer& lexer, Streams streams);
+    [[nodiscard]] ParsedObjectRef parse(ObjectLexer& lexer, Streams streams, std::uint64_t offset);
     [[nodiscard]] bool accept(const Token& token);
     void push(Value::Kind kind, std::int64_t number = 0, std::uint32_t count = 0);
     void pushName(std::string_view name);

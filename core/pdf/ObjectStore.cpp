@@ -243,23 +243,57 @@ std::optional<std::vector<Filter>> ObjectStore::filters(const Node& stream, Wher
     return filters;
 }
 
+/// A stream's bytes straight from the file, if its length is right.
+std::optional<Bytes> ObjectStore::plainBytes(const Node& stream, std::int64_t length,
+                                             std::size_t limit)
+{
+    using namespace std::string_view_literals;
+    constexpr std::size_t tail = 16; // for a line end and the keyword
+    if (length < 0 || static_cast<std::uint64_t>(length) > limit) return std::nullopt;
+    auto& file = m_file->bytes();
+    std::uint64_t begin = stream.object->streamKeywordEnd();
+    const auto lineEnd = file.at(begin);
+    if (lineEnd.empty()) return std::nullopt;
+    if (lineEnd[0] == std::byte{'\n'})
+        begin += 1;
+    else if (lineEnd.size() > 1 && lineEnd[0] == std::byte{'\r'} && lineEnd[1] == std::byte{'\n'})
+        begin += 2;
+    else
+        return std::nullopt;
+    const auto size = static_cast<std::size_t>(length);
+    Bytes bytes(size + tail);
+    bytes.resize(file.read(begin, bytes));
+    if (bytes.size() < size) return std::nullopt;
+    std::string_view behind(reinterpret_cast<const char*>(bytes.data()) + size,
+                            bytes.size() - size);
+    behind.remove_prefix(std::min(behind.find_first_not_of("\r\n "sv), behind.size()));
+    if (!behind.starts_with("endstream")) return std::nullopt;
+    bytes.resize(size);
+    return bytes;
+}
+
+std::optional<Bytes> ObjectStore::undecoded(const Node& stream, std::size_t limit, Where where)
+{
+    const auto length = integer(stream, "Length", where);
+    if (length && !m_file->isEncrypted()) {
+        if (auto bytes = plainBytes(stream, *length, limit)) return bytes;
+    }
+    // libqpdf looks the length up by itself, but must not unpack object streams for it.
+    const Value* value = stream.object->find(*stream.value, "Length");
+    const auto reference = value ? value->reference() : std::nullopt;
+    if (reference && length) m_file->setInteger(*reference, *length);
+    return m_file->streamBytes(stream.owner, limit);
+}
+
 std::optional<Bytes> ObjectStore::decoded(const Node& stream, std::size_t limit,
-                                          DecodeBudget& budget, Where where)
+                                          StreamDecoder& decoder, Where where)
 {
     if (stream.object->textSize() > Limits::streamDictionaryText) return std::nullopt;
     const auto chain = filters(stream, where);
     if (!chain) return std::nullopt;
-    // libqpdf looks up the length by itself, but must not unpack object streams for it.
-    const Value* length = stream.object->find(*stream.value, "Length");
-    const auto reference = length ? length->reference() : std::nullopt;
-    if (reference && where == Where::anywhere) {
-        if (const auto value = integer(stream, "Length", where))
-            m_file->setInteger(*reference, *value);
-    }
-    const auto raw =
-        m_file->streamBytes(stream.owner, std::min<std::uint64_t>(limit, budget.bytes));
+    auto raw = undecoded(stream, std::min<std::uint64_t>(limit, decoder.budget()), where);
     if (!raw) return std::nullopt;
-    return PDF::decode(*raw, *chain, limit, budget);
+    return decoder.decode(*std::move(raw), *chain, limit);
 }
 
 SharedBytes ObjectStore::data(const Node& stream)

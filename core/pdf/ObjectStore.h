@@ -75,7 +75,11 @@ private:
                                                       Where where);
     [[nodiscard]] std::optional<std::vector<Filter>> filters(const Node& stream, Where where);
     [[nodiscard]] std::optional<Bytes> decoded(const Node& stream, std::size_t limit,
-                                               DecodeBudget& budget, Where where);
+                                               StreamDecoder& decoder, Where where);
+    [[nodiscard]] std::optional<Bytes> undecoded(const Node& stream, std::size_t limit,
+                                                 Where where);
+    [[nodiscard]] std::optional<Bytes> plainBytes(const Node& stream, std::int64_t length,
+                                                  std::size_t limit);
 
     std::unique_ptr<QPDFFile> m_file;
     ObjectParser m_parser;
@@ -86,8 +90,8 @@ private:
     std::unordered_map<std::uint64_t, SharedBytes> m_data;
     std::unordered_map<std::uint64_t, std::uint32_t> m_otherGenerations;
     std::uint64_t m_textLeft;
-    DecodeBudget m_objectStreams;
-    DecodeBudget m_programs;
+    StreamDecoder m_objectStreams;
+    StreamDecoder m_programs;
 };
 
 } // namespace quillmark::PDF

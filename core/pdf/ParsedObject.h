@@ -47,6 +47,8 @@ public:
     [[nodiscard]] const Value& root() const { return m_root; }
     /// Whether the keyword "stream" follows, so that the dictionary is a stream's.
     [[nodiscard]] bool isStream() const { return m_isStream; }
+    /// For a stream, where in the file that keyword ends.
+    [[nodiscard]] std::uint64_t streamKeywordEnd() const { return m_streamKeywordEnd; }
     /// Bytes of text that the object was read from.
     [[nodiscard]] std::size_t textSize() const { return m_textSize; }
     /// Bytes that it takes in memory.
@@ -80,6 +82,7 @@ private:
     std::string m_names;
     Value m_root;
     bool m_isStream{};
+    std::uint64_t m_streamKeywordEnd{};
     std::size_t m_textSize{};
 };
 

@@ -65,19 +65,27 @@ Reference reference(const QPDFObjGen& numbers)
 struct QPDFFile::Implementation {
     QPDF pdf;
     std::shared_ptr<QPDFInput> input;
-    DecodeBudget budget; // for what libqpdf decodes on its own
+    StreamDecoder nothing{0};
 
-    /// Calls `work`, in which libqpdf may throw for damage of any kind. False when it did.
+    /// Calls `work`, in which libqpdf may throw for damage of any kind. False when it did. Streams
+    /// that libqpdf unpacks by itself are decoded with `decoder`.
     template <typename Work>
-    bool attempt(Work&& work)
+    bool attempt(Work&& work, StreamDecoder& decoder)
     {
-        const QPDFDecoding decoding(budget);
+        const QPDFDecoding decoding(decoder);
         try {
             work();
             return true;
         } catch (const std::exception&) {
             return false;
         }
+    }
+
+    /// The same; once a document is open, libqpdf need not unpack anything.
+    template <typename Work>
+    bool attempt(Work&& work)
+    {
+        return attempt(std::forward<Work>(work), nothing);
     }
 };
 
@@ -97,20 +105,20 @@ ByteSource& QPDFFile::bytes()
 
 std::optional<PDFCheckError::Kind> QPDFFile::open(std::unique_ptr<ByteSource> source)
 {
-    auto& [pdf, input, budget] = *m_implementation;
-    budget.bytes = Limits::crossReferenceBytes(source->size());
-    input = std::make_shared<QPDFInput>(std::move(source));
-    const bool opened = m_implementation->attempt(
-        [&pdf = pdf, &input = input] { pdf.processInputSource(input, ""); });
-    // From here on libqpdf unpacks nothing by itself.
-    budget.bytes = 0;
+    QPDF& pdf = m_implementation->pdf;
+    StreamDecoder decoder(Limits::crossReferenceBytes(source->size()));
+    const auto input = std::make_shared<QPDFInput>(std::move(source));
+    m_implementation->input = input;
+    const bool opened =
+        m_implementation->attempt([&] { pdf.processInputSource(input, ""); }, decoder);
     input->allowStreams(false);
     // Encrypted, but with a password, in a way that libqpdf does not know or with damaged
     // parameters: in any case there is no key.
     if (!opened)
         return pdf.isEncrypted() ? PDFCheckError::Kind::locked : PDFCheckError::Kind::unreadable;
 
-    const bool hasRoot = m_implementation->attempt([&, &pdf = pdf] {
+    m_isEncrypted = pdf.isEncrypted();
+    const bool hasRoot = m_implementation->attempt([&] {
         auto root = pdf.getTrailer().getKey("/Root");
         if (root.isIndirect())
             m_root = reference(root.getObjGen());
@@ -175,9 +183,10 @@ void QPDFFile::setInteger(const Reference& reference, std::int64_t value)
 
 std::optional<Bytes> QPDFFile::streamBytes(const Reference& reference, std::size_t limit)
 {
-    auto& [pdf, input, budget] = *m_implementation;
+    QPDF& pdf = m_implementation->pdf;
+    const auto& input = m_implementation->input;
     std::optional<Bytes> bytes;
-    m_implementation->attempt([&, &pdf = pdf, &input = input] {
+    m_implementation->attempt([&] {
         auto stream = pdf.getObject(numbers(reference));
         const bool isStream = stream.isStream();
         // Each time a stream's end has to be searched for, libqpdf goes through the whole table.

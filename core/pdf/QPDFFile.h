@@ -40,6 +40,8 @@ public:
     /// failed, or absent when it is open.
     [[nodiscard]] std::optional<PDFCheckError::Kind> open(std::unique_ptr<ByteSource> source);
 
+    [[nodiscard]] bool isEncrypted() const { return m_isEncrypted; }
+
     /// The document's bytes.
     [[nodiscard]] ByteSource& bytes();
 
@@ -57,8 +59,8 @@ public:
     /// Tells the value of an object that a stream's length is given by.
     void setInteger(const Reference& reference, std::int64_t value);
 
-    /// The bytes of a stream, decrypted but not decoded; absent when there are none, or more than
-    /// `limit`.
+    /// The bytes of a stream, decrypted but not decoded, its end searched for if its length is
+    /// wrong; absent when there are none, or more than `limit`.
     [[nodiscard]] std::optional<Bytes> streamBytes(const Reference& stream, std::size_t limit);
 
 private:
@@ -74,6 +76,7 @@ private:
     std::vector<Entry> m_table; // ascending
     Reference m_root;
     std::string m_rootText;
+    bool m_isEncrypted{};
     int m_repairsLeft;
 };
 

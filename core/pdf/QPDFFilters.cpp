@@ -18,7 +18,7 @@
 namespace quillmark::PDF {
 namespace {
 
-thread_local DecodeBudget* currentBudget = nullptr;
+thread_local StreamDecoder* currentDecoder = nullptr;
 
 /// Gathers what is to be decoded and passes it on decoded, all at once. It never throws: libqpdf
 /// finishes the pipeline of an encrypted stream twice after an exception, and crashes.
@@ -45,10 +45,11 @@ public:
     {
         if (std::exchange(m_finished, true)) return;
         try {
-            DecodeBudget unlimited{std::numeric_limits<std::uint64_t>::max()};
-            auto& budget = currentBudget ? *currentBudget : unlimited;
-            const auto data = m_failed ? std::nullopt
-                                       : decode(m_raw, {&m_filter, 1}, Limits::streamBytes, budget);
+            StreamDecoder unlimited(std::numeric_limits<std::uint64_t>::max());
+            auto& decoder = currentDecoder ? *currentDecoder : unlimited;
+            std::optional<Bytes> data;
+            if (!m_failed)
+                data = decoder.decode(std::move(m_raw), {&m_filter, 1}, Limits::streamBytes);
             if (data)
                 getNext()->write(reinterpret_cast<const unsigned char*>(data->data()),
                                  data->size());
@@ -108,7 +109,8 @@ void replaceFilters()
 
 } // namespace
 
-QPDFDecoding::QPDFDecoding(DecodeBudget& budget) : m_outer(std::exchange(currentBudget, &budget))
+QPDFDecoding::QPDFDecoding(StreamDecoder& decoder)
+    : m_outer(std::exchange(currentDecoder, &decoder))
 {
     static std::once_flag replaced;
     std::call_once(replaced, replaceFilters);
@@ -116,7 +118,7 @@ QPDFDecoding::QPDFDecoding(DecodeBudget& budget) : m_outer(std::exchange(current
 
 QPDFDecoding::~QPDFDecoding()
 {
-    currentBudget = m_outer;
+    currentDecoder = m_outer;
 }
 
 } // namespace quillmark::PDF

@@ -6,17 +6,17 @@
 
 namespace quillmark::PDF {
 
-/// While it lives, whatever libqpdf decodes on this thread is charged to `budget`. Elsewhere, what
-/// others do with libqpdf in this process has only the limit of a single stream.
+/// While it lives, libqpdf decodes with `decoder` on this thread. Elsewhere, what others do with
+/// libqpdf in this process has only the limit of a single stream.
 class QPDFDecoding {
 public:
-    explicit QPDFDecoding(DecodeBudget& budget);
+    explicit QPDFDecoding(StreamDecoder& decoder);
     ~QPDFDecoding();
     QPDFDecoding(const QPDFDecoding&) = delete;
     QPDFDecoding& operator=(const QPDFDecoding&) = delete;
 
 private:
-    DecodeBudget* m_outer;
+    StreamDecoder* m_outer;
 };
 
 } // namespace quillmark::PDF
