@@ -4,6 +4,7 @@
 #include "pdf/QPDFFilters.h"
 #include "pdf/QPDFInput.h"
 
+#include <qpdf/JSON.hh> // some of libqpdf's headers need it and do not say so
 #include <qpdf/Pipeline.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFExc.hh>

@@ -2,6 +2,7 @@
 
 #include "pdf/Limits.h"
 
+#include <qpdf/JSON.hh> // some of libqpdf's headers need it and do not say so
 #include <qpdf/Pipeline.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
