@@ -16,7 +16,7 @@ print_usage() {
 }
 
 # How many compilers may run at once: one for each core, but no more than memory holds. A source of
-# ours with its tests takes up to 900 MB under the sanitizers; a container's limit counts as memory.
+# ours with its tests takes up to 550 MB under the sanitizers; a container's limit counts as memory.
 build_jobs() {
     local memory limit jobs
     memory=$(awk '/^MemAvailable:/ { print int($2 / 1024) }' /proc/meminfo)
@@ -24,7 +24,7 @@ build_jobs() {
     if [[ $limit =~ ^[0-9]+$ ]] && ((limit / 1048576 < memory)); then
         memory=$((limit / 1048576))
     fi
-    jobs=$((memory / 900))
+    jobs=$((memory / 700))
     ((jobs > $(nproc))) && jobs=$(nproc)
     ((jobs < 1)) && jobs=1
     echo "$jobs"
