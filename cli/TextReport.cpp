@@ -60,7 +60,7 @@ void TextReport::writeHeading(std::string_view title, std::string_view subtitle)
 {
     if (std::exchange(m_started, true)) m_lines.emptyLine();
     m_lines.text(title, Ink::strong).endLine();
-    m_lines.text(subtitle, Ink::faint).endLine();
+    if (!subtitle.empty()) m_lines.text(subtitle, Ink::faint).endLine();
     m_lines.emptyLine();
 }
 

@@ -1,6 +1,6 @@
 #include "assessment/LicenseKind.h"
 
-#include "text/Case.h"
+#include "assessment/Needle.h"
 #include "text/Trim.h"
 
 #include <algorithm>
@@ -51,10 +51,10 @@ struct Rule {
     LicenseKind kind;
     Where where;
     Need need;
-    std::span<const std::string_view> needles;
+    std::span<const Needle> needles;
 };
 
-constexpr auto oflNeedles = std::to_array<std::string_view>({
+constexpr auto oflNeedles = std::to_array<Needle>({
     "open font license",
     "open font licence",
     "scripts.sil.org/ofl",
@@ -63,33 +63,33 @@ constexpr auto oflNeedles = std::to_array<std::string_view>({
     "ofl-1.1",
     "ofl 1.1",
 });
-constexpr auto apacheNeedles = std::to_array<std::string_view>({
+constexpr auto apacheNeedles = std::to_array<Needle>({
     "apache license",
     "apache.org/licenses",
     "apache-2.0",
 });
-constexpr auto ubuntuNeedles = std::to_array<std::string_view>({
+constexpr auto ubuntuNeedles = std::to_array<Needle>({
     "ubuntu font licence",
     "ubuntu font license",
 });
-constexpr auto ubuntuAddressNeedles = std::to_array<std::string_view>({
+constexpr auto ubuntuAddressNeedles = std::to_array<Needle>({
     "ubuntu",
     "font-licence",
 });
-constexpr auto veraNeedles = std::to_array<std::string_view>({
+constexpr auto veraNeedles = std::to_array<Needle>({
     "bitstream vera",
     "gnome.org/fonts",
 });
-constexpr auto mitNeedles = std::to_array<std::string_view>({
+constexpr auto mitNeedles = std::to_array<Needle>({
     "mit license",
     "opensource.org/licenses/mit",
 });
-constexpr auto publicDomainNeedles = std::to_array<std::string_view>({
+constexpr auto publicDomainNeedles = std::to_array<Needle>({
     "public domain",
     "cc0",
     "creativecommons.org/publicdomain",
 });
-constexpr auto gplNeedles = std::to_array<std::string_view>({
+constexpr auto gplNeedles = std::to_array<Needle>({
     "gnu general public license",
     "gnu.org/licenses/gpl",
     "gpl",
@@ -108,19 +108,15 @@ constexpr auto rules = std::to_array<Rule>({
     {LicenseKind::gpl, Where::licenseOnly, Need::anyNeedle, gplNeedles},
 });
 
-/// Appends the texts that are present, lower-cased, with a line feed between two of them.
-void appendLowercased(std::string& text, const std::optional<std::string>& first,
-                      const std::optional<std::string>& second)
-{
-    if (first) text += lowercased(*first);
-    if (first && second) text += '\n';
-    if (second) text += lowercased(*second);
-}
+using Fields = std::span<const std::string_view>;
 
-bool applies(const Rule& rule, std::string_view text)
+// Each field is searched for itself: no needle holds a line end, so none could match across the
+// line ends by which the fields are thought to be joined.
+bool applies(const Rule& rule, Fields fields)
 {
-    const auto occurs = [text](std::string_view needle) {
-        return text.find(needle) != std::string_view::npos;
+    const auto occurs = [fields](const Needle& needle) {
+        return std::ranges::any_of(fields,
+                                   [&](std::string_view field) { return needle.occursIn(field); });
     };
     return rule.need == Need::anyNeedle ? std::ranges::any_of(rule.needles, occurs)
                                         : std::ranges::all_of(rule.needles, occurs);
@@ -130,18 +126,20 @@ bool applies(const Rule& rule, std::string_view text)
 
 LicenseKind detectLicense(const FontFacts& facts)
 {
-    std::string combined;
-    appendLowercased(combined, facts.licenseDescription, facts.licenseURL);
-    const std::size_t licenseSize = combined.size();
-    combined += '\n';
-    appendLowercased(combined, facts.copyright, facts.trademark);
-    const std::string_view license = std::string_view(combined).substr(0, licenseSize);
+    const auto text = [](const std::optional<std::string>& field) {
+        return field ? std::string_view(*field) : std::string_view();
+    };
+    const std::array fields{text(facts.licenseDescription), text(facts.licenseURL),
+                            text(facts.copyright), text(facts.trademark)};
+    const Fields licenseFields = Fields(fields).first<2>();
 
     const auto found = std::ranges::find_if(rules, [&](const Rule& rule) {
-        return applies(rule, rule.where == Where::licenseOnly ? license : combined);
+        return applies(rule, rule.where == Where::licenseOnly ? licenseFields : Fields(fields));
     });
     if (found != rules.end()) return found->kind;
-    return trimmed(license).empty() ? LicenseKind::none : LicenseKind::named;
+    const bool blank = std::ranges::all_of(
+        licenseFields, [](std::string_view field) { return trimmed(field).empty(); });
+    return blank ? LicenseKind::none : LicenseKind::named;
 }
 
 std::string_view label(LicenseKind kind)

@@ -33,5 +33,6 @@ int main(int argc, char** argv)
         return EXIT_FAILURE;
     }
     root = argv[1];
+    quillmark::fuzz::writeFontFileSeeds();
     return EXIT_SUCCESS;
 }

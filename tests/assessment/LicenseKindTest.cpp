@@ -273,6 +273,11 @@ TEST(LicenseKind, TextOutsideAsciiIsLoweredToo)
     EXPECT_EQ(detect(described("“PUBLIC DOMAIN”")), LicenseKind::publicDomain);
 }
 
+TEST(LicenseKind, ADottedCapitalIIsNoPlainI)
+{
+    EXPECT_EQ(detect(described("MİT LİCENSE")), LicenseKind::named);
+}
+
 TEST(LicenseKind, ALicenceDeepInALongTextIsFound)
 {
     const std::string terms(100'000, 'x');

@@ -1,0 +1,77 @@
+// Runs the command-line tool inside the test, on fonts that the test makes up.
+#pragma once
+
+#include "cli/Environment.h"
+#include "support/FakeFontService.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillmark::test {
+
+struct Outcome {
+    int exitCode{};
+    std::string output; // what went to standard output
+    std::string errors; // what went to standard error
+};
+
+/// What a made-up font says about itself; empty texts are left out.
+struct FontValues {
+    std::u16string family{};
+    std::u16string style{u"Regular"};
+    std::u16string fullName{};
+    std::string postScriptName{};
+    std::u16string copyright{};
+    std::u16string manufacturer{};
+    std::u16string license{};
+    std::u16string licenseURL{};
+    std::optional<std::uint16_t> fsType{};
+};
+
+inline constexpr std::uint16_t forbidden = 0x0002; // fsType: Restricted License
+inline constexpr std::uint16_t installable = 0;    // fsType: no restriction
+inline constexpr std::u16string_view openFontLicense =
+    u"This Font Software is licensed under the SIL Open Font License, Version 1.1.";
+
+[[nodiscard]] PlatformFont platformFont(const FontValues& values);
+
+/// One font of each verdict.
+[[nodiscard]] FontValues restrictedFont();
+[[nodiscard]] FontValues unknownFont();
+[[nodiscard]] FontValues likelyOKFont();
+
+class CommandLineFixture : public testing::Test {
+protected:
+    /// Puts a font file into the folder, with one face for each of `faces`.
+    std::filesystem::path addFile(const std::filesystem::path& relative,
+                                  const std::vector<FontValues>& faces);
+    void addInstalled(const FontValues& values);
+
+    /// Runs the tool with these arguments and puts "FOLDER" for the test's folder in what it said.
+    [[nodiscard]] Outcome run(const std::vector<std::string>& arguments);
+    /// The same, with what it says going elsewhere.
+    [[nodiscard]] int runTo(int output, int errors, const std::vector<std::string>& arguments);
+
+    [[nodiscard]] std::string at(const std::filesystem::path& relative) const;
+    /// The content of a file in the folder; absent when there is none.
+    [[nodiscard]] std::optional<std::string> content(const std::filesystem::path& relative) const;
+    /// The names in the folder, sorted.
+    [[nodiscard]] std::vector<std::string> namesInFolder() const;
+
+    TemporaryFolder folder;
+    FakeFontService fakeFonts;
+    const FontService* fonts{&fakeFonts};
+    std::optional<std::size_t> outputColumns; // of the terminal, when it is one
+    std::optional<std::size_t> errorColumns;
+    bool plainTerminal{};
+};
+
+} // namespace quillmark::test
