@@ -34,7 +34,7 @@ void endProgram(int signal)
     if (signal == SIGINT) _exit(static_cast<int>(ExitCode::interrupted));
     // The handler was reset when it was called, so this time the signal does what it does by
     // default.
-    raise(signal);
+    static_cast<void>(raise(signal));
 }
 
 } // namespace
