@@ -4,7 +4,10 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <stdexcept>
 #include <string>
+
+#include <zlib.h>
 
 namespace quillmark::test {
 namespace {
@@ -130,6 +133,33 @@ Bytes runLength(std::span<const std::byte> data)
     }
     bytes.push_back(std::byte{128});
     return bytes;
+}
+
+Bytes flatedZeros(std::size_t megabytes)
+{
+    // Flushed pieces of a stream do not depend on what comes before, so one is made and repeated.
+    Bytes zeros(1'000'000);
+    Bytes piece(10'000);
+    z_stream stream{};
+    if (::deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, -MAX_WBITS, 8,
+                       Z_DEFAULT_STRATEGY) != Z_OK)
+        throw std::runtime_error("zlib");
+    stream.next_in = reinterpret_cast<Bytef*>(zeros.data());
+    stream.avail_in = static_cast<uInt>(zeros.size());
+    stream.next_out = reinterpret_cast<Bytef*>(piece.data());
+    stream.avail_out = static_cast<uInt>(piece.size());
+    const int status = ::deflate(&stream, Z_FULL_FLUSH);
+    piece.resize(stream.total_out);
+    const bool complete = status == Z_OK && stream.avail_in == 0 && stream.avail_out > 0;
+    ::deflateEnd(&stream);
+    if (!complete) throw std::runtime_error("zlib");
+
+    Bytes all = ascii("\x78\x9C");
+    for (std::size_t i = 0; i < megabytes; ++i)
+        all.insert(all.end(), piece.begin(), piece.end());
+    all.push_back(std::byte{3}); // an empty last block; nobody looks at the check sum behind it
+    all.push_back(std::byte{0});
+    return all;
 }
 
 Bytes pngUp(std::span<const std::byte> data, std::size_t columns)

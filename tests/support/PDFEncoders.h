@@ -15,6 +15,9 @@ namespace quillmark::test {
 /// Runs of three and more equal bytes are written as runs.
 [[nodiscard]] Bytes runLength(std::span<const std::byte> data);
 
+/// Flate data that decompress to so many megabytes (of a million bytes) of zeros.
+[[nodiscard]] Bytes flatedZeros(std::size_t megabytes);
+
 /// Rows of `columns` bytes, each with PNG's tag for the difference to the row above.
 [[nodiscard]] Bytes pngUp(std::span<const std::byte> data, std::size_t columns);
 
