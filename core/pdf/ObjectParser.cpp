@@ -35,14 +35,13 @@ ParsedObjectRef ObjectParser::parse(ObjectLexer& lexer, Streams streams, std::ui
     }
     while (!m_open.empty())
         close();
-    if (m_pending.empty()) return nullptr;
+    if (m_pending.empty() || lexer.exhausted()) return nullptr;
     m_object->m_root = m_pending.front();
     if (streams == Streams::possible && m_object->m_root.kind() == Value::Kind::dictionary) {
         if (m_endedBy.empty()) (void)accept(lexer.next());
         m_object->m_isStream = m_endedBy == "stream";
         m_object->m_streamKeywordEnd = offset + lexer.consumed();
     }
-    if (lexer.exhausted()) return nullptr;
     m_object->m_textSize = lexer.consumed();
     return std::move(m_object);
 }

@@ -9,6 +9,7 @@
 #include "text/Encoding.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 namespace quillmark::PDFFontScanner {
@@ -36,26 +37,51 @@ std::optional<FontFacts> factsOf(const std::optional<BareFontInfo>& info,
                                 std::string(FormatLabel::bareProgram), FontOrigin::document);
 }
 
-std::optional<FontFacts> embeddedFacts(const Found& font)
-{
-    if (!font.data) return std::nullopt;
-    switch (font.program) {
-    case EmbeddedProgram::trueType:
-    case EmbeddedProgram::openType: {
-        auto faces = FontFacts::read(*font.data, std::nullopt, FontOrigin::document);
+/// Reads embedded programs, each once: fonts of a document may share one.
+class ProgramReader {
+public:
+    /// The facts that a font's program gives; absent when there is none or it says nothing.
+    std::optional<FontFacts> facts(const Found& font)
+    {
+        if (!font.data) return std::nullopt;
+        switch (font.program) {
+        case EmbeddedProgram::trueType:
+        case EmbeddedProgram::openType:
+            return read(m_fontFiles, font.data, firstFace);
+        case EmbeddedProgram::cff:
+            return factsOf(read(m_cff, font.data, CFF::read), font.baseName);
+        case EmbeddedProgram::type1:
+            return factsOf(read(m_type1, font.data, Type1::read), font.baseName);
+        case EmbeddedProgram::type3:
+        case EmbeddedProgram::notEmbedded:
+            return std::nullopt;
+        }
+        return std::nullopt;
+    }
+
+private:
+    template <typename T>
+    using Known = std::unordered_map<PDF::SharedBytes, std::optional<T>>;
+
+    template <typename T, typename Read>
+    static const std::optional<T>& read(Known<T>& known, const PDF::SharedBytes& data, Read&& read)
+    {
+        const auto [found, isNew] = known.try_emplace(data);
+        if (isNew) found->second = read(*data);
+        return found->second;
+    }
+
+    static std::optional<FontFacts> firstFace(std::span<const std::byte> data)
+    {
+        auto faces = FontFacts::read(data, std::nullopt, FontOrigin::document);
         if (faces.empty()) return std::nullopt;
         return std::move(faces.front());
     }
-    case EmbeddedProgram::cff:
-        return factsOf(CFF::read(*font.data), font.baseName);
-    case EmbeddedProgram::type1:
-        return factsOf(Type1::read(*font.data), font.baseName);
-    case EmbeddedProgram::type3:
-    case EmbeddedProgram::notEmbedded:
-        return std::nullopt;
-    }
-    return std::nullopt;
-}
+
+    Known<FontFacts> m_fontFiles;
+    Known<BareFontInfo> m_cff;
+    Known<BareFontInfo> m_type1;
+};
 
 FontFacts factsFromName(const std::string& name)
 {
@@ -66,9 +92,9 @@ FontFacts factsFromName(const std::string& name)
     return facts;
 }
 
-AuditRow row(Found font, const Lookup& lookup)
+AuditRow row(Found font, ProgramReader& programs, const Lookup& lookup)
 {
-    const auto embedded = embeddedFacts(font);
+    const auto embedded = programs.facts(font);
     auto matched = lookup(font.baseName);
 
     PDFFontInfo info;
@@ -113,8 +139,9 @@ Result audit(PDF::Opened opened, std::string path, std::string fileName, const L
     audit.path = std::move(path);
     audit.fileName = std::move(fileName);
     audit.pageCount = found.pageCount;
+    ProgramReader programs;
     for (auto& font : found.fonts)
-        audit.rows.push_back(row(std::move(font), lookup));
+        audit.rows.push_back(row(std::move(font), programs, lookup));
     sortByVerdictAndName(audit.rows);
     audit.checkedAt = clock();
     return audit;

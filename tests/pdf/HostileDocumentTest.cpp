@@ -1,0 +1,428 @@
+// Documents that nobody would make: small files that ask for gigabytes or for hours, and structures
+// without an end.
+
+#include "DocumentFixture.h"
+#include "pdf/Limits.h"
+#include "support/FontContainers.h"
+#include "support/PDFBytes.h"
+#include "support/PDFEncoders.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <ctime>
+#include <numeric>
+#include <string>
+
+#include <sys/resource.h>
+
+namespace quillmark::PDF {
+namespace {
+
+using test::ascii;
+using test::Bytes;
+using test::lines;
+using test::namesAndPages;
+using test::onePage;
+using test::pages;
+using test::PDFBytes;
+using test::scanned;
+using CrossReference = PDFBytes::CrossReference;
+
+/// Fails a test that takes far longer than it has to, even when it is built for debugging and the
+/// machine is busy: time of this thread only.
+class TimeLimit {
+public:
+    explicit TimeLimit(double seconds) : m_end(now() + seconds) {}
+    ~TimeLimit() { EXPECT_LT(now(), m_end); }
+    TimeLimit(const TimeLimit&) = delete;
+    TimeLimit& operator=(const TimeLimit&) = delete;
+
+private:
+    static double now()
+    {
+        timespec time{};
+        ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+    }
+
+    double m_end;
+};
+
+/// The most memory that this process has had so far, in bytes.
+std::size_t mostMemory()
+{
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return static_cast<std::size_t>(usage.ru_maxrss) * 1024;
+}
+
+std::string reference(int number)
+{
+    return std::to_string(number) + " 0 R";
+}
+
+std::string fontNamed(const std::string& name)
+{
+    return "<</Font<</F<</BaseFont/" + name + ">>>>>>";
+}
+
+/// An embedded font called Foo, in objects 4 to 6, with this program.
+PDFBytes withProgram(std::string_view streamEntries, const Bytes& program)
+{
+    auto pdf = onePage("<</Font<</F 4 0 R>>>>");
+    pdf.object(4, "<</Subtype/TrueType/BaseFont/Foo/FontDescriptor 5 0 R>>");
+    pdf.object(5, "<</FontFile2 6 0 R>>");
+    pdf.stream(6, streamEntries, program);
+    return pdf;
+}
+
+TEST(HostileDocument, TenGigabytesBehindTwoLayersOfFlateContributeNothing)
+{
+    const Bytes twice = test::deflated(test::flatedZeros(10'000));
+    ASSERT_LT(twice.size(), 200'000U);
+    const Bytes pdf = withProgram("/Filter[/FlateDecode/FlateDecode]", twice).build();
+    const std::size_t before = mostMemory();
+    const TimeLimit limit(5);
+    EXPECT_EQ(lines(scanned(pdf)), "Foo TrueType trueType [1]\n");
+    EXPECT_LT(mostMemory() - before, 300'000'000U);
+}
+
+TEST(HostileDocument, StreamOfTheLargestSizeIsReadAndALargerOneIsNot)
+{
+    const auto line = [](std::size_t size) {
+        return lines(scanned(withProgram("/Filter/FlateDecode", test::deflated(Bytes(size)))));
+    };
+    EXPECT_EQ(line(Limits::streamBytes), "Foo TrueType trueType [1] 67108864 bytes\n");
+    EXPECT_EQ(line(Limits::streamBytes + 1), "Foo TrueType trueType [1]\n");
+}
+
+TEST(HostileDocument, ProgramsOfOneDocumentShareABudget)
+{
+    // Six programs of 60 MiB: four fit into the budget.
+    constexpr std::size_t size = 60 * Limits::mebibyte;
+    const Bytes program = test::deflated(Bytes(size));
+    std::string fonts;
+    for (int i = 0; i < 6; ++i)
+        fonts += "/F" + std::to_string(i) + "<</BaseFont/Font" + std::to_string(i) +
+                 "/FontDescriptor<</FontFile2 " + reference(10 + i) + ">>>>";
+    auto pdf = onePage("<</Font<<" + fonts + ">>>>");
+    for (int i = 0; i < 6; ++i)
+        pdf.stream(10 + i, "/Filter/FlateDecode", program);
+    const auto scan = scanned(pdf);
+    ASSERT_EQ(scan.fonts.size(), 6U);
+    for (std::size_t i = 0; i < 6; ++i)
+        EXPECT_EQ(scan.fonts[i].data != nullptr, i < 4) << i;
+}
+
+TEST(HostileDocument, HundredThousandNestedFormsAreWalked)
+{
+    constexpr int depth = 100'000;
+    auto pdf = pages({"/Resources 5 0 R", "/Resources 5 0 R"});
+    pdf.object(5, "<</Font<</F<</BaseFont/Top>>>>/XObject<</X 6 0 R>>>>");
+    for (int i = 0; i < depth; ++i)
+        pdf.stream(6 + i, "/Subtype/Form/Resources<</XObject<</X " + reference(7 + i) + ">>>>");
+    pdf.stream(6 + depth, "/Subtype/Form/Resources" + fontNamed("Bottom"));
+    const TimeLimit limit(60);
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Top [1-2], Bottom [1]");
+}
+
+TEST(HostileDocument, NestedFormsThatAllShareOneDictionaryAreWalked)
+{
+    // Each form's resources are new and lead back to the dictionary that all forms are in.
+    constexpr int forms = 20'000;
+    std::string entries;
+    for (int i = 0; i < forms; ++i)
+        entries += "/X" + std::to_string(i) + ' ' + reference(5 + i);
+    auto pdf = onePage("<</XObject 4 0 R>>");
+    pdf.object(4, "<<" + entries + ">>");
+    for (int i = 0; i < forms; ++i)
+        pdf.stream(5 + i, "/Subtype/Form/Resources<</XObject 4 0 R>>");
+    pdf.stream(5 + forms, "");
+    const TimeLimit limit(30);
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "");
+}
+
+TEST(HostileDocument, FiftyThousandPagesAreCounted)
+{
+    constexpr int count = 50'000;
+    std::string kids;
+    for (int i = 0; i < count; ++i)
+        kids += reference(4 + i) + ' ';
+    PDFBytes pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+    pdf.object(2, "<</Type/Pages/Kids[" + kids + "]/Resources" + fontNamed("Shared") + ">>");
+    for (int i = 0; i < count; ++i)
+        pdf.object(4 + i, "<</Type/Page/Parent 2 0 R>>");
+    const TimeLimit limit(30);
+    const auto scan = scanned(pdf);
+    EXPECT_EQ(scan.pageCount, count);
+    EXPECT_EQ(namesAndPages(scan), "Shared [1-50000]");
+}
+
+/// A document that lists one page `count` times.
+PDFBytes repeatedPage(int count, const std::string& pageEntries)
+{
+    std::string kids;
+    for (int i = 0; i < count; ++i)
+        kids += "3 0 R ";
+    PDFBytes pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+    pdf.object(2, "<</Type/Pages/Kids[" + kids + "]>>");
+    pdf.object(3, "<</Type/Page" + pageEntries + ">>");
+    return pdf;
+}
+
+std::string manyFonts(int count)
+{
+    std::string fonts;
+    for (int i = 0; i < count; ++i)
+        fonts += "/F" + std::to_string(i) + "<</BaseFont/N" + std::to_string(i) + ">>";
+    return "<</Font<<" + fonts + ">>>>";
+}
+
+TEST(HostileDocument, FontsWithAllTheirPagesShareABudget)
+{
+    // 20,000 pages with 1,000 fonts each would be 20 million numbers.
+    const auto scan = scanned(repeatedPage(20'000, "/Resources" + manyFonts(1'000)));
+    ASSERT_EQ(scan.fonts.size(), 1'000U);
+    std::size_t numbers = 0;
+    for (const auto& font : scan.fonts) {
+        ASSERT_FALSE(font.pages.empty());
+        EXPECT_EQ(font.pages.front(), 1);
+        numbers += font.pages.size();
+    }
+    EXPECT_EQ(scan.fonts.front().pages.size(), 20'000U);
+    EXPECT_EQ(scan.fonts.back().pages.size(), 1U);
+    EXPECT_EQ(numbers, Limits::fontPages + 200);
+}
+
+TEST(HostileDocument, FontsOverTheirLimitAreLeftOut)
+{
+    const auto count = [](std::size_t fonts) {
+        return scanned(onePage(manyFonts(static_cast<int>(fonts)))).fonts.size();
+    };
+    EXPECT_EQ(count(Limits::fonts), Limits::fonts);
+    EXPECT_EQ(count(Limits::fonts + 1), Limits::fonts);
+}
+
+TEST(HostileDocument, AnnotationsSharedByManyPagesAreGoneThroughOnce)
+{
+    std::string annotations;
+    for (int i = 0; i < 10'000; ++i)
+        annotations += "5 0 R ";
+    auto pdf = repeatedPage(20'000, "/Annots 4 0 R");
+    pdf.object(4, "[" + annotations + "]");
+    pdf.object(5, "<</AP<</N 6 0 R>>>>");
+    pdf.stream(6, "/Resources" + fontNamed("Foo"));
+    const TimeLimit limit(20);
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Foo [1-20000]");
+}
+
+TEST(HostileDocument, FontsSharedByManyResourcesAreGoneThroughOnce)
+{
+    // 5,000 pages whose own resources all have the same 5,000 fonts.
+    std::string kids;
+    for (int i = 0; i < 5'000; ++i)
+        kids += "<</Type/Page/Resources<</Font 3 0 R>>>>";
+    std::string fonts;
+    for (int i = 0; i < 5'000; ++i)
+        fonts += "/F" + std::to_string(i) + " 4 0 R";
+    PDFBytes pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+    pdf.object(2, "<</Type/Pages/Kids[" + kids + "]>>");
+    pdf.object(3, "<<" + fonts + ">>").object(4, "<</BaseFont/Foo>>");
+    const TimeLimit limit(10);
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Foo [1-5000]");
+}
+
+/// A page with resources in object 3, which stands in an object stream behind padding.
+PDFBytes paddedObjectStream(std::size_t size)
+{
+    const std::string resources = fontNamed("Foo");
+    std::string text = "4 0 ";
+    text.resize(size - resources.size(), ' ');
+    text += resources;
+    PDFBytes pdf;
+    pdf.crossReference(CrossReference::stream);
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>").object(2, "<</Type/Pages/Kids[3 0 R]>>");
+    pdf.object(3, "<</Type/Page/Resources 4 0 R>>");
+    const std::string first = std::to_string(size - resources.size());
+    pdf.objectStreamAsWritten(5, "/N 1/First " + first + "/Filter/FlateDecode",
+                              test::deflated(ascii(text)), {4});
+    return pdf;
+}
+
+TEST(HostileDocument, ObjectStreamOfTheLargestSizeIsReadAndALargerOneIsNot)
+{
+    EXPECT_EQ(namesAndPages(scanned(paddedObjectStream(Limits::objectStream))), "Foo [1]");
+    EXPECT_EQ(namesAndPages(scanned(paddedObjectStream(Limits::objectStream + 1))), "");
+}
+
+TEST(HostileDocument, ObjectOfTheLargestSizeIsReadAndALargerOneIsNot)
+{
+    const auto found = [](std::size_t size) {
+        const std::string start = "3 0 obj\n";
+        const std::string end = "/Type/Page/Resources" + fontNamed("Foo") + ">>";
+        std::string text = "<<";
+        text.resize(size - start.size() - end.size(), ' ');
+        PDFBytes pdf;
+        pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>").object(2, "<</Type/Pages/Kids[3 0 R]>>");
+        pdf.object(3, text + end);
+        return namesAndPages(scanned(pdf));
+    };
+    EXPECT_EQ(found(Limits::objectText), "Foo [1]");
+    EXPECT_EQ(found(Limits::objectText + 1), "");
+}
+
+TEST(HostileDocument, StreamWithTheLargestDictionaryHasDataAndOneWithALargerHasNone)
+{
+    const auto line = [](std::size_t size) {
+        const std::string start = "6 0 obj\n<<";
+        const std::string end = "/Length 11>>\nstream";
+        auto pdf = onePage("<</Font<</F 4 0 R>>>>");
+        pdf.object(4, "<</Subtype/TrueType/BaseFont/Foo/FontDescriptor<</FontFile2 6 0 R>>>>");
+        pdf.streamAsWritten(6, std::string(size - start.size() - end.size(), ' ') + "/Length 11",
+                            "the program");
+        return lines(scanned(pdf));
+    };
+    EXPECT_EQ(line(Limits::streamDictionaryText), "Foo TrueType trueType [1] 11 bytes\n");
+    EXPECT_EQ(line(Limits::streamDictionaryText + 1), "Foo TrueType trueType [1]\n");
+}
+
+TEST(HostileDocument, ObjectsThatOverlapAreReadOnlySoOften)
+{
+    // 20,000 fonts that are all the same long array in an object stream.
+    constexpr int count = 20'000;
+    std::string fonts;
+    std::string places;
+    std::vector<int> members;
+    for (int i = 0; i < count; ++i) {
+        fonts += "/F" + std::to_string(i) + ' ' + reference(10 + i);
+        places += std::to_string(10 + i) + " 0 ";
+        members.push_back(10 + i);
+    }
+    std::string array = "[";
+    while (array.size() < 1'000'000)
+        array += "1 1 1 1 1 1 1 1 ";
+    auto pdf = onePage("<</Font<<" + fonts + ">>>>");
+    pdf.crossReference(CrossReference::stream);
+    pdf.objectStreamAsWritten(5,
+                              "/N " + std::to_string(count) + "/First " +
+                                  std::to_string(places.size()) + "/Filter/FlateDecode",
+                              test::deflated(ascii(places + array + "]")), members);
+    const TimeLimit limit(20);
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "");
+}
+
+TEST(HostileDocument, StreamsWithoutAnEndAreSearchedForOnlySoOften)
+{
+    // Each of these streams has a wrong length, and nothing behind it ends a stream.
+    constexpr int count = 3'000;
+    std::string fonts;
+    for (int i = 0; i < count; ++i)
+        fonts += "/F" + std::to_string(i) + "<</BaseFont/N" + std::to_string(i) +
+                 "/FontDescriptor<</FontFile2 " + reference(10 + i) + ">>>>";
+    auto pdf = onePage("<</Font<<" + fonts + ">>>>");
+    for (int i = 0; i < count; ++i)
+        pdf.streamAsWritten(10 + i, "/Length 999999999", "e en end ende");
+    pdf.stream(10 + count, "", std::string(300'000, 'e'));
+    std::string text = pdf.text();
+    for (std::size_t at = text.find("endstream"); at != std::string::npos;
+         at = text.find("endstream", at))
+        text.replace(at, 9, "xndstream");
+    for (std::size_t at = text.find("endobj"); at != std::string::npos;
+         at = text.find("endobj", at))
+        text.replace(at, 6, "xndobj");
+    const TimeLimit limit(60);
+    EXPECT_EQ(scanned(ascii(text)).fonts.size(), static_cast<std::size_t>(count));
+}
+
+TEST(HostileDocument, CrossReferenceStreamThatUnpacksToMillionsOfEntriesIsGivenUp)
+{
+    // 500 MB of entries of one byte each, for a file of half a megabyte.
+    const Bytes entries = test::deflated(test::flatedZeros(512));
+    std::string text = "%PDF-1.7\n1 0 obj<</Type/Catalog/Pages 2 0 R>>endobj\n"
+                       "2 0 obj<</Type/Pages/Kids[3 0 R]>>endobj\n"
+                       "3 0 obj<</Type/Page/Resources" +
+                       fontNamed("Foo") + ">>endobj\n";
+    const std::size_t start = text.size();
+    text += "4 0 obj<</Type/XRef/Root 1 0 R/W[1 0 0]/Size 512000000/Filter[/FlateDecode"
+            "/FlateDecode]/Length " +
+            std::to_string(entries.size()) + ">>stream\n" + std::string(test::asText(entries)) +
+            "\nendstream endobj\ntrailer<</Root 1 0 R>>\nstartxref\n" + std::to_string(start) +
+            "\n%%EOF\n";
+    const std::size_t before = mostMemory();
+    const TimeLimit limit(10);
+    // The objects are found by looking through the file.
+    EXPECT_EQ(namesAndPages(scanned(ascii(text))), "Foo [1]");
+    EXPECT_LT(mostMemory() - before, 300'000'000U);
+}
+
+TEST(HostileDocument, CrossReferenceStreamReadFromManySectionsIsReadOnlySoOften)
+{
+    // Each of 3,000 sections refers to the same long cross-reference stream.
+    std::string text = "%PDF-1.7\n1 0 obj<</Type/Catalog/Pages 2 0 R>>endobj\n"
+                       "2 0 obj<</Type/Pages/Kids[3 0 R]>>endobj\n"
+                       "3 0 obj<</Type/Page/Resources" +
+                       fontNamed("Foo") + ">>endobj\n";
+    const std::size_t stream = text.size();
+    constexpr std::size_t entries = 300'000;
+    text += "4 0 obj<</Type/XRef/Root 1 0 R/W[1 0 0]/Size " + std::to_string(entries) + "/Length " +
+            std::to_string(entries) + ">>stream\n" + std::string(entries, '\0') +
+            "\nendstream endobj\n";
+    std::size_t previous = 0;
+    for (int i = 0; i < 3'000; ++i) {
+        const std::size_t here = text.size();
+        text += "xref\n0 0\ntrailer<</Root 1 0 R/Size 5/XRefStm " + std::to_string(stream);
+        if (previous > 0) text += "/Prev " + std::to_string(previous);
+        text += ">>\n";
+        previous = here;
+    }
+    text += "startxref\n" + std::to_string(previous) + "\n%%EOF\n";
+    const TimeLimit limit(60);
+    EXPECT_EQ(namesAndPages(scanned(ascii(text))), "Foo [1]");
+}
+
+TEST(HostileDocument, DeepNestingInTheTrailerEnds)
+{
+    const std::string deep = std::string(100'000, '[') + std::string(100'000, ']');
+    auto pdf = onePage(fontNamed("Foo"));
+    pdf.trailer("/Info" + deep);
+    const auto opened = open(pdf.build());
+    EXPECT_FALSE(opened.valueless_by_exception());
+}
+
+TEST(HostileDocument, SizeAndCountsThatLieDoNotMatter)
+{
+    auto pdf = onePage(fontNamed("Foo"));
+    pdf.trailer("/Size 2147483647");
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Foo [1]");
+    const Bytes many = test::replaced(pdf.build(), "/Count 1", "/Count 2147483647");
+    const auto scan = scanned(many);
+    EXPECT_EQ(scan.pageCount, 1);
+}
+
+TEST(HostileDocument, CrossReferenceStreamWithSenselessFieldsIsGivenUp)
+{
+    for (const char* fields :
+         {"/W[8 8 8]/Size 9", "/W[9 1 1]/Size 9", "/W[1 -1 1]/Size 9", "/W[0 0 0]/Size 9",
+          "/W[1 1 1]/Size 2000000000", "/W[1 1 1]/Index[0 2000000000]/Size 9",
+          "/W[1 1 1]/Index[2147483647 2]/Size 9", "/W[1 1 1]/Index[0]/Size 9",
+          "/W[1 1 1]/Index[-5 2]/Size 9", "/W[1 1]/Size 9", "/W 1/Size 9"}) {
+        std::string text = "%PDF-1.7\n1 0 obj<</Type/Catalog/Pages 2 0 R>>endobj\n"
+                           "2 0 obj<</Type/Pages/Kids[3 0 R]>>endobj\n"
+                           "3 0 obj<</Type/Page/Resources" +
+                           fontNamed("Foo") + ">>endobj\n";
+        const std::size_t start = text.size();
+        text += "4 0 obj<</Type/XRef/Root 1 0 R" + std::string(fields) + "/Length 24>>stream\n" +
+                std::string(24, '\1') + "\nendstream endobj\ntrailer<</Root 1 0 R>>\nstartxref\n" +
+                std::to_string(start) + "\n%%EOF\n";
+        const TimeLimit limit(5);
+        const auto opened = open(ascii(text));
+        EXPECT_FALSE(opened.valueless_by_exception()) << fields;
+    }
+}
+
+} // namespace
+} // namespace quillmark::PDF
