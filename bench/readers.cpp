@@ -88,13 +88,14 @@ Bytes table(const std::vector<NameRecord>& records)
     return test::nameTable(records).build();
 }
 
-/// A table of as many records as there can be, each for its own identifier and without text.
+/// A table of as many records as there can be, each for its own identifier and for a blank text of
+/// one byte.
 Bytes fullTable()
 {
     test::ByteWriter writer;
     writer.u16(0).u16(65535).u16(0);
     for (std::uint32_t id = 65535; id > 0; --id)
-        writer.u16(1).u16(0).u16(0).u16(static_cast<std::uint16_t>(id)).u16(0).u16(0);
+        writer.u16(1).u16(0).u16(0).u16(static_cast<std::uint16_t>(id)).u16(1).u16(0);
     return writer.build();
 }
 

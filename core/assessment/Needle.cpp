@@ -5,8 +5,11 @@
 namespace quillmark {
 namespace {
 
-/// As many starting points as are looked at together; compilers make a few instructions of them.
-constexpr std::size_t blockSize = 32;
+// As many starting points as are looked at together; compilers make a few instructions of them.
+// Long texts take large blocks best; short ones small blocks, for what does not fill one is slow.
+constexpr std::size_t smallBlock = 32;
+constexpr std::size_t largeBlock = 128;
+constexpr std::size_t longText = 1024;
 
 constexpr char asciiLower(char character)
 {
@@ -17,6 +20,7 @@ constexpr char asciiLower(char character)
 /// Whether both characters stand in their places for at least one of a block's starting points.
 /// Setting bit 0x20 lower-cases letters. It makes other characters of controls, which costs no more
 /// than a closer look.
+template <std::size_t blockSize>
 bool anyCandidate(const char* firsts, char first, const char* seconds, char second)
 {
     unsigned char least = 0xFF;
@@ -32,13 +36,21 @@ bool anyCandidate(const char* firsts, char first, const char* seconds, char seco
 
 bool Needle::occursIn(std::string_view text) const
 {
+    return text.size() < longText ? occursInBlocksOf<smallBlock>(text)
+                                  : occursInBlocksOf<largeBlock>(text);
+}
+
+template <std::size_t blockSize>
+bool Needle::occursInBlocksOf(std::string_view text) const
+{
     if (text.size() < m_text.size()) return false;
     const std::size_t startCount = text.size() - m_text.size() + 1;
     if (startCount < blockSize) return startsAmong(text.data(), startCount);
     for (std::size_t start = 0; start < startCount; start += blockSize) {
         // The last block overlaps the one before, so that every block is whole.
         const char* block = text.data() + std::min(start, startCount - blockSize);
-        if (anyCandidate(block + m_rarest, m_text[m_rarest], block + m_second, m_text[m_second]) &&
+        if (anyCandidate<blockSize>(block + m_rarest, m_text[m_rarest], block + m_second,
+                                    m_text[m_second]) &&
             startsAmong(block, blockSize))
             return true;
     }

@@ -40,6 +40,8 @@ private:
         return rank == std::string_view::npos ? commonFirst.size() : rank;
     }
 
+    template <std::size_t blockSize>
+    [[nodiscard]] bool occursInBlocksOf(std::string_view text) const;
     [[nodiscard]] bool matchesAt(const char* start) const;
     [[nodiscard]] bool startsAmong(const char* starts, std::size_t count) const;
 

@@ -115,9 +115,9 @@ bool spend(std::size_t& budget, std::size_t amount)
 
 std::optional<NameID> nameID(std::uint16_t raw)
 {
-    const auto found = std::ranges::find(allNameIDs, static_cast<NameID>(raw));
-    if (found == allNameIDs.end()) return std::nullopt;
-    return *found;
+    for (const NameID id : allNameIDs)
+        if (static_cast<std::uint16_t>(id) == raw) return id;
+    return std::nullopt;
 }
 
 NameStrings NameTable::strings(std::span<const std::byte> table)

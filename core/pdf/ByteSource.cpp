@@ -21,6 +21,13 @@ public:
         if (offset >= m_data.size()) return {};
         return m_data.subspan(static_cast<std::size_t>(offset));
     }
+    [[nodiscard]] std::size_t read(std::uint64_t offset, std::span<std::byte> target) override
+    {
+        const auto bytes = at(offset);
+        const std::size_t count = std::min(bytes.size(), target.size());
+        std::copy_n(bytes.begin(), count, target.begin());
+        return count;
+    }
 
 private:
     std::span<const std::byte> m_data;
@@ -45,6 +52,18 @@ public:
         const std::span<const std::byte> bytes(piece.bytes.data(), piece.length);
         return bytes.subspan(std::min<std::size_t>(offset % pieceSize, bytes.size()));
     }
+    [[nodiscard]] std::size_t read(std::uint64_t offset, std::span<std::byte> target) override
+    {
+        std::size_t done = 0;
+        while (offset < m_size && done < target.size()) {
+            const auto count = ::pread(m_file, target.data() + done, target.size() - done,
+                                       static_cast<off_t>(offset + done));
+            if (count < 0 && errno == EINTR) continue;
+            if (count <= 0) break;
+            done += static_cast<std::size_t>(count);
+        }
+        return done;
+    }
 
 private:
     static constexpr std::size_t pieceSize = std::size_t{16} << 10U;
@@ -54,20 +73,11 @@ private:
         std::vector<std::byte> bytes; // empty until first used
     };
 
-    void fill(Piece& piece, std::uint64_t number) const
+    void fill(Piece& piece, std::uint64_t number)
     {
         piece.bytes.resize(pieceSize);
         piece.number = number;
-        piece.length = 0;
-        const auto start = static_cast<off_t>(number * pieceSize);
-        while (piece.length < pieceSize) {
-            const auto count =
-                ::pread(m_file, piece.bytes.data() + piece.length, pieceSize - piece.length,
-                        start + static_cast<off_t>(piece.length));
-            if (count < 0 && errno == EINTR) continue;
-            if (count <= 0) return;
-            piece.length += static_cast<std::size_t>(count);
-        }
+        piece.length = read(number * pieceSize, piece.bytes);
     }
 
     int m_file;
@@ -86,6 +96,10 @@ public:
     {
         if (offset >= size()) return {};
         return m_whole->at(m_start + offset);
+    }
+    [[nodiscard]] std::size_t read(std::uint64_t offset, std::span<std::byte> target) override
+    {
+        return offset < size() ? m_whole->read(m_start + offset, target) : 0;
     }
 
 private:

@@ -18,6 +18,8 @@ public:
     /// Some of the bytes from `offset` on, valid until the next call; empty at and behind the end,
     /// and where the file cannot be read.
     [[nodiscard]] virtual std::span<const std::byte> at(std::uint64_t offset) = 0;
+    /// Copies bytes from `offset` on; how many there were.
+    [[nodiscard]] virtual std::size_t read(std::uint64_t offset, std::span<std::byte> target) = 0;
 };
 
 /// A source over `data`, which must outlive it.

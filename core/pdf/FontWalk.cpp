@@ -150,7 +150,8 @@ void Walk::scanAnnotations(const PDF::Array& annotations)
     within(place, std::nullopt);
     if (!isNew) return;
     for (std::size_t i = 0; i < annotations.size(); ++i) {
-        if (const auto annotation = annotations.dictionary(i)) scanAppearance(*annotation, place);
+        if (const auto annotation = annotations.dictionaryWith(i, "AP"))
+            scanAppearance(*annotation, place);
     }
 }
 

@@ -70,6 +70,10 @@ public:
     [[nodiscard]] virtual Identity identity() const = 0;
     [[nodiscard]] virtual std::size_t size() const = 0;
     [[nodiscard]] virtual DictionaryRef dictionary(std::size_t index) const = 0;
+    /// The same, but null for a dictionary without the entry `key`: most annotations have no
+    /// appearance, and need not be taken apart to see that.
+    [[nodiscard]] virtual DictionaryRef dictionaryWith(std::size_t index,
+                                                       std::string_view key) const = 0;
 };
 
 class Stream {

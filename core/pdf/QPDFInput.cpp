@@ -1,5 +1,7 @@
 #include "pdf/QPDFInput.h"
 
+#include "pdf/Limits.h"
+
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
@@ -8,8 +10,24 @@
 #include <cstring>
 
 namespace quillmark::PDF {
+namespace {
 
-QPDFInput::QPDFInput(std::unique_ptr<ByteSource> source) : m_source(std::move(source)) {}
+/// The longest piece that libqpdf reads of anything but stream data: it searches in blocks of 1024
+/// bytes.
+constexpr std::size_t longestSearch = 1100;
+
+bool isLineEnd(std::byte byte)
+{
+    return byte == std::byte{'\r'} || byte == std::byte{'\n'};
+}
+
+} // namespace
+
+QPDFInput::QPDFInput(std::unique_ptr<ByteSource> source)
+    : m_source(std::move(source)),
+      m_bytesLeft(Limits::readBytes + Limits::readings * m_source->size())
+{
+}
 
 qpdf_offset_t QPDFInput::size() const
 {
@@ -30,6 +48,8 @@ void QPDFInput::seek(qpdf_offset_t offset, int whence)
 std::size_t QPDFInput::read(char* target, std::size_t length)
 {
     setLastOffset(std::min(m_position, size()));
+    if (length > m_bytesLeft || (length > longestSearch && !m_streamsAllowed)) return 0;
+    m_bytesLeft -= length;
     std::size_t done = 0;
     while (done < length) {
         const auto bytes = m_source->at(static_cast<std::uint64_t>(m_position));
@@ -49,20 +69,17 @@ void QPDFInput::unreadCh(char)
 
 qpdf_offset_t QPDFInput::findAndSkipNextEOL()
 {
-    const auto isEnd = [](std::byte byte) {
-        return byte == std::byte{'\r'} || byte == std::byte{'\n'};
-    };
     qpdf_offset_t lineEnd = -1;
     for (;;) {
         const auto bytes = m_source->at(static_cast<std::uint64_t>(m_position));
         if (bytes.empty()) return lineEnd < 0 ? m_position : lineEnd;
         std::size_t at = 0;
         if (lineEnd < 0) {
-            const auto found = std::ranges::find_if(bytes, isEnd);
+            const auto found = std::ranges::find_if(bytes, isLineEnd);
             at = static_cast<std::size_t>(found - bytes.begin());
             if (at < bytes.size()) lineEnd = m_position + static_cast<qpdf_offset_t>(at);
         }
-        while (at < bytes.size() && isEnd(bytes[at]))
+        while (at < bytes.size() && isLineEnd(bytes[at]))
             ++at;
         m_position += static_cast<qpdf_offset_t>(at);
         if (lineEnd >= 0 && at < bytes.size()) return lineEnd;

@@ -1,5 +1,5 @@
-// Lets libqpdf read from one of our byte sources. Part of the reader behind PDFDocument.h; like
-// QPDFDocument.cpp it includes libqpdf's headers, and nothing else does.
+// Lets libqpdf read from one of our byte sources, within limits. Part of what stands behind
+// QPDFFile.h; only these sources include libqpdf's headers.
 #pragma once
 
 #include "pdf/ByteSource.h"
@@ -7,14 +7,25 @@
 #include <qpdf/InputSource.hh>
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 
 namespace quillmark::PDF {
 
+/// libqpdf reads a token or a line at a time, and stream data in long pieces. Denying the long ones
+/// keeps it from unpacking object streams on its own, where it would parse every object and where
+/// objects that overlap cost any amount of time. Counting all bytes keeps it from searching the
+/// same stretch of a damaged file again and again. What is denied looks like the end of the file.
 class QPDFInput final : public InputSource {
 public:
     explicit QPDFInput(std::unique_ptr<ByteSource> source);
+
+    [[nodiscard]] ByteSource& source() { return *m_source; }
+    /// Whether stream data may be read. They may at first.
+    void allowStreams(bool allowed) { m_streamsAllowed = allowed; }
+    /// Counts work that was done on behalf of damage as if it were bytes read.
+    void charge(std::uint64_t bytes) { m_bytesLeft -= bytes < m_bytesLeft ? bytes : m_bytesLeft; }
 
     qpdf_offset_t findAndSkipNextEOL() override;
     std::string const& getName() const override { return m_name; }
@@ -29,8 +40,10 @@ private:
     [[nodiscard]] qpdf_offset_t size() const;
 
     std::unique_ptr<ByteSource> m_source;
-    std::string m_name; // would appear in warnings, which nobody sees
+    std::string m_name; // would stand in warnings, which nobody sees
     qpdf_offset_t m_position{};
+    std::uint64_t m_bytesLeft;
+    bool m_streamsAllowed{true};
 };
 
 } // namespace quillmark::PDF

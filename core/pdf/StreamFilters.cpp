@@ -4,41 +4,34 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <utility>
 
-#include <zlib.h>
-
 namespace quillmark::PDF {
+
 namespace {
 
-/// Collects what a filter puts out, up to a limit.
+/// Collects what a filter puts out: at most one byte more than the limit, which shows that there
+/// was more.
 class Output {
 public:
-    explicit Output(std::size_t limit) : m_limit(limit) {}
+    explicit Output(std::size_t limit) : m_capacity(limit + 1) {}
 
     void put(std::byte byte)
     {
-        if (m_bytes.size() == m_limit)
-            m_full = true;
-        else
-            m_bytes.push_back(byte);
+        if (!full()) m_bytes.push_back(byte);
     }
     void put(std::span<const std::byte> bytes)
     {
-        if (bytes.size() > m_limit - m_bytes.size())
-            m_full = true;
-        else
-            m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
+        const auto fitting = bytes.first(std::min(bytes.size(), m_capacity - m_bytes.size()));
+        m_bytes.insert(m_bytes.end(), fitting.begin(), fitting.end());
     }
-    [[nodiscard]] bool full() const { return m_full; } // something did not fit
+    [[nodiscard]] bool full() const { return m_bytes.size() == m_capacity; }
+    [[nodiscard]] const Bytes& bytes() const { return m_bytes; }
     [[nodiscard]] Bytes take() { return std::move(m_bytes); }
-    [[nodiscard]] Bytes& bytes() { return m_bytes; }
 
 private:
     Bytes m_bytes;
-    std::size_t m_limit;
-    bool m_full{};
+    std::size_t m_capacity;
 };
 
 bool isWhiteSpace(unsigned character)
@@ -47,41 +40,8 @@ bool isWhiteSpace(unsigned character)
            character == '\r' || character == ' ';
 }
 
-/// Ends zlib's state however the function that uses it is left.
-struct Inflation {
-    z_stream stream{};
-    bool ready{::inflateInit(&stream) == Z_OK};
-
-    Inflation() = default;
-    ~Inflation()
-    {
-        if (ready) ::inflateEnd(&stream);
-    }
-    Inflation(const Inflation&) = delete;
-    Inflation& operator=(const Inflation&) = delete;
-};
-
-void flate(std::span<const std::byte> raw, Output& output)
-{
-    constexpr std::size_t step = std::size_t{64} << 10U;
-    Inflation inflation;
-    auto& stream = inflation.stream;
-    if (!inflation.ready || raw.size() > std::numeric_limits<uInt>::max()) return;
-    // zlib does not write through next_in; the parameter is only const with a build option.
-    stream.next_in = const_cast<Bytef*>(reinterpret_cast<const Bytef*>(raw.data()));
-    stream.avail_in = static_cast<uInt>(raw.size());
-    std::array<std::byte, step> piece;
-    int status = Z_OK;
-    while (status == Z_OK && !output.full()) {
-        stream.next_out = reinterpret_cast<Bytef*>(piece.data());
-        stream.avail_out = static_cast<uInt>(piece.size());
-        status = ::inflate(&stream, Z_NO_FLUSH);
-        output.put(std::span(piece).first(piece.size() - stream.avail_out));
-    }
-}
-
 /// Variable-width codes, most significant bit first (TIFF 6.0, section 13, without its byte order).
-void lzw(std::span<const std::byte> raw, bool earlyChange, Output& output)
+Bytes lzw(std::span<const std::byte> raw, bool earlyChange, std::size_t limit)
 {
     constexpr unsigned clear = 256;
     constexpr unsigned end = 257;
@@ -92,6 +52,7 @@ void lzw(std::span<const std::byte> raw, bool earlyChange, Output& output)
         std::size_t at{};
         std::size_t length{};
     };
+    Output output(limit);
     std::array<Piece, maximum> table;
     unsigned next = first;
     unsigned width = 9;
@@ -105,14 +66,14 @@ void lzw(std::span<const std::byte> raw, bool earlyChange, Output& output)
         if (available < width) continue;
         available -= width;
         const unsigned code = (bits >> available) & ((1U << width) - 1U);
-        if (code == end) return;
+        if (code == end) break;
         if (code == clear) {
             next = first;
             width = 9;
             previous.reset();
             continue;
         }
-        auto& bytes = output.bytes();
+        const auto& bytes = output.bytes();
         const std::size_t at = bytes.size();
         if (code < clear) {
             output.put(static_cast<std::byte>(code));
@@ -120,21 +81,23 @@ void lzw(std::span<const std::byte> raw, bool earlyChange, Output& output)
             // The one code that is not yet in the table stands for the previous piece and its own
             // first byte, which is what follows that piece.
             const bool pending = code == next && previous && next < maximum;
-            if (!pending && code >= next) return;
+            if (!pending && code >= next) break;
             const Piece piece = pending ? Piece{previous->at, previous->length + 1} : table[code];
             for (std::size_t i = 0; i < piece.length && !output.full(); ++i)
                 output.put(bytes[piece.at + i]);
         }
-        if (output.full()) return;
+        if (output.full()) break;
         if (previous && next < maximum) table[next++] = {previous->at, previous->length + 1};
         previous = Piece{at, bytes.size() - at};
         const unsigned early = earlyChange ? 1 : 0;
         if (next + early >= (1U << width) && width < 12) ++width;
     }
+    return output.take();
 }
 
-void asciiHex(std::span<const std::byte> raw, Output& output)
+Bytes asciiHex(std::span<const std::byte> raw, std::size_t limit)
 {
+    Output output(limit);
     std::optional<unsigned> high;
     for (const std::byte byte : raw) {
         const auto character = std::to_integer<unsigned>(byte);
@@ -157,10 +120,12 @@ void asciiHex(std::span<const std::byte> raw, Output& output)
         }
     }
     if (high) output.put(static_cast<std::byte>(*high * 16));
+    return output.take();
 }
 
-void ascii85(std::span<const std::byte> raw, Output& output)
+Bytes ascii85(std::span<const std::byte> raw, std::size_t limit)
 {
+    Output output(limit);
     std::uint64_t group = 0;
     unsigned count = 0;
     // Writes the group's upper bytes; it is complete, or filled up with the highest digit.
@@ -188,15 +153,17 @@ void ascii85(std::span<const std::byte> raw, Output& output)
             group = group * 85 + 84;
         flush(bytes);
     }
+    return output.take();
 }
 
-void runLength(std::span<const std::byte> raw, Output& output)
+Bytes runLength(std::span<const std::byte> raw, std::size_t limit)
 {
+    Output output(limit);
     constexpr unsigned end = 128;
     std::size_t at = 0;
     while (at < raw.size() && !output.full()) {
         const auto length = std::to_integer<unsigned>(raw[at++]);
-        if (length == end) return;
+        if (length == end) break;
         if (length < end) {
             const std::size_t count = std::min<std::size_t>(length + 1, raw.size() - at);
             output.put(raw.subspan(at, count));
@@ -207,24 +174,7 @@ void runLength(std::span<const std::byte> raw, Output& output)
                 output.put(repeated);
         }
     }
-}
-
-void apply(const Filter& filter, std::span<const std::byte> raw, Output& output)
-{
-    switch (filter.kind) {
-    case Filter::Kind::flate:
-        return flate(raw, output);
-    case Filter::Kind::lzw:
-        return lzw(raw, filter.earlyChange, output);
-    case Filter::Kind::asciiHex:
-        return asciiHex(raw, output);
-    case Filter::Kind::ascii85:
-        return ascii85(raw, output);
-    case Filter::Kind::runLength:
-        return runLength(raw, output);
-    case Filter::Kind::crypt:
-        return output.put(raw);
-    }
+    return output.take();
 }
 
 bool hasPredictor(const Filter& filter)
@@ -256,19 +206,37 @@ std::optional<Filter::Kind> filterKind(std::string_view name)
     return found->kind;
 }
 
-std::optional<Bytes> decode(std::span<const std::byte> raw, std::span<const Filter> filters,
-                            std::size_t limit, DecodeBudget& budget)
+Bytes StreamDecoder::apply(const Filter& filter, Bytes raw, std::size_t limit)
 {
-    if (raw.size() > limit || raw.size() > budget.bytes) return std::nullopt;
-    budget.bytes -= raw.size();
-    Bytes layer(raw.begin(), raw.end());
+    switch (filter.kind) {
+    case Filter::Kind::flate:
+        return m_inflater.inflate(raw, limit);
+    case Filter::Kind::lzw:
+        return lzw(raw, filter.earlyChange, limit);
+    case Filter::Kind::asciiHex:
+        return asciiHex(raw, limit);
+    case Filter::Kind::ascii85:
+        return ascii85(raw, limit);
+    case Filter::Kind::runLength:
+        return runLength(raw, limit);
+    case Filter::Kind::crypt:
+        return raw;
+    }
+    return {};
+}
+
+std::optional<Bytes> StreamDecoder::decode(Bytes raw, std::span<const Filter> filters,
+                                           std::size_t limit)
+{
+    Bytes layer = std::move(raw);
+    if (layer.size() > limit || layer.size() > m_budget) return std::nullopt;
+    m_budget -= layer.size();
     for (const auto& filter : filters) {
-        const auto allowed = static_cast<std::size_t>(std::min<std::uint64_t>(limit, budget.bytes));
-        Output output(allowed);
-        apply(filter, layer, output);
-        budget.bytes -= output.bytes().size();
-        if (output.full() || (output.bytes().empty() && !layer.empty())) return std::nullopt;
-        layer = output.take();
+        const auto allowed = static_cast<std::size_t>(std::min<std::uint64_t>(limit, m_budget));
+        const bool empty = layer.empty();
+        layer = apply(filter, std::move(layer), allowed);
+        m_budget -= std::min<std::uint64_t>(m_budget, layer.size());
+        if (layer.size() > allowed || (layer.empty() && !empty)) return std::nullopt;
         if (hasPredictor(filter) && !undoPredictor(filter.predictor, layer)) return std::nullopt;
     }
     return layer;

@@ -2,6 +2,7 @@
 // out. Image filters are deliberately not here: no picture is ever decoded.
 #pragma once
 
+#include "pdf/Inflater.h"
 #include "pdf/PDFObjects.h"
 
 #include <cstddef>
@@ -37,17 +38,27 @@ struct Filter {
 /// The filter of this name, or of its abbreviation; absent for every other filter.
 [[nodiscard]] std::optional<Filter::Kind> filterKind(std::string_view name);
 
-/// How much may still be decoded, in bytes. Every layer of every stream is charged, the
-/// undecoded one too.
-struct DecodeBudget {
-    std::uint64_t bytes{};
-};
+/// Decodes streams, as long as all of them together stay within a budget.
+class StreamDecoder {
+public:
+    /// `budget` is in bytes. Every layer of every stream is charged, the undecoded one too, and
+    /// also those of streams that turn out to be over their limit.
+    explicit StreamDecoder(std::uint64_t budget) : m_budget(budget) {}
 
-/// Applies `filters` in order. Damaged data gives what came out before the damage, as readers do;
-/// nothing at all, when that is nothing. Absent also when a layer has more than `limit` bytes, or
-/// when the budget ends.
-[[nodiscard]] std::optional<Bytes> decode(std::span<const std::byte> raw,
-                                          std::span<const Filter> filters, std::size_t limit,
-                                          DecodeBudget& budget);
+    /// What is left of the budget.
+    [[nodiscard]] std::uint64_t budget() const { return m_budget; }
+
+    /// Applies `filters` in order. Damaged data give what comes out before the damage, as readers
+    /// do. Absent when that is nothing at all, when a layer has more than `limit` bytes, and when
+    /// the budget ends.
+    [[nodiscard]] std::optional<Bytes> decode(Bytes raw, std::span<const Filter> filters,
+                                              std::size_t limit);
+
+private:
+    [[nodiscard]] Bytes apply(const Filter& filter, Bytes raw, std::size_t limit);
+
+    Inflater m_inflater;
+    std::uint64_t m_budget;
+};
 
 } // namespace quillmark::PDF

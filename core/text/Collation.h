@@ -17,6 +17,8 @@ public:
     ~Collator();
     Collator(const Collator&) = delete;
     Collator& operator=(const Collator&) = delete;
+    Collator(Collator&&) = delete;
+    Collator& operator=(Collator&&) = delete;
 
     /// Negative, zero or positive as `left` comes before, with or after `right`.
     [[nodiscard]] int compare(std::string_view left, std::string_view right) const;

@@ -33,6 +33,18 @@ TEST(Needle, IsFoundAtEveryPlaceOfTextsOfEveryLength)
     }
 }
 
+TEST(Needle, IsFoundAtEveryPlaceOfALongText)
+{
+    constexpr std::string_view needle = "MIT License";
+    for (const std::size_t size : {1023U, 1024U, 1025U, 1200U}) {
+        for (std::size_t at = 0; at + needle.size() <= size; ++at) {
+            std::string text(size, 'i');
+            text.replace(at, needle.size(), needle);
+            EXPECT_TRUE(mitLicense.occursIn(text)) << size << ' ' << at;
+        }
+    }
+}
+
 TEST(Needle, IsNotFoundWhenOneCharacterDiffersAtAnyPlace)
 {
     constexpr std::string_view needle = "mit license";

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <ostream>
 
 namespace quillmark {
 namespace {
@@ -249,6 +250,11 @@ struct OperandCase {
     const char* name;
     std::string_view topDict;
     std::optional<std::string> fullName;
+
+    friend std::ostream& operator<<(std::ostream& out, const OperandCase& row)
+    {
+        return out << row.name;
+    }
 };
 
 class CFFOperand : public testing::TestWithParam<OperandCase> {};

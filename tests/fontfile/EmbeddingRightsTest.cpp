@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace quillmark {
 namespace {
 
@@ -17,6 +19,11 @@ struct RightsCase {
     std::string_view label;
     std::string summary;
     std::string hex;
+
+    friend std::ostream& operator<<(std::ostream& out, const RightsCase& row)
+    {
+        return out << row.name;
+    }
 };
 
 class EmbeddingRightsOf : public testing::TestWithParam<RightsCase> {};

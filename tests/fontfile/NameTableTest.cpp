@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace quillmark {
 namespace {
 
@@ -45,6 +47,11 @@ struct ChoiceCase {
     const char* name;
     std::vector<NameRecord> records;
     std::string chosen; // empty: the identifier has no string
+
+    friend std::ostream& operator<<(std::ostream& out, const ChoiceCase& row)
+    {
+        return out << row.name;
+    }
 };
 
 class NameChoice : public testing::TestWithParam<ChoiceCase> {};
@@ -117,6 +124,11 @@ struct DecodingCase {
     const char* name;
     NameRecord record;
     std::string text; // empty: the record is not read
+
+    friend std::ostream& operator<<(std::ostream& out, const DecodingCase& row)
+    {
+        return out << row.name;
+    }
 };
 
 class NameDecoding : public testing::TestWithParam<DecodingCase> {};

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <ostream>
 
 namespace quillmark {
 namespace {
@@ -64,6 +65,11 @@ struct VersionCase {
     const char* name;
     std::string_view version;
     std::string_view outlines; // empty: no face
+
+    friend std::ostream& operator<<(std::ostream& out, const VersionCase& row)
+    {
+        return out << row.name;
+    }
 };
 
 class SFNTVersion : public testing::TestWithParam<VersionCase> {};

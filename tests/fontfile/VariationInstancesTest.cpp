@@ -74,6 +74,14 @@ TEST(VariationInstances, OwnNameThatTheNameTableLacksIsMadeFromTheStyle)
                 ElementsAre(VariationInstance{"Foo-Light", "Light", "Foo Light"}));
 }
 
+TEST(VariationInstances, NumberThatStandsForNoOwnNameIsNeverLookedUp)
+{
+    NameStrings names = foo;
+    names[0xFFFF] = "Surprise";
+    EXPECT_THAT(read(fvar({{256, 0xFFFF}}), names),
+                ElementsAre(VariationInstance{"Foo-Light", "Light", "Foo Light"}));
+}
+
 TEST(VariationInstances, Name25IsThePrefixBeforeName6)
 {
     NameStrings names = foo;

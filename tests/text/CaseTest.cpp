@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace quillmark {
 namespace {
 
@@ -11,6 +13,11 @@ struct LowerCase {
     const char* name;
     std::string_view text;
     std::string_view lower;
+
+    friend std::ostream& operator<<(std::ostream& out, const LowerCase& row)
+    {
+        return out << row.name;
+    }
 };
 
 class Lowercased : public testing::TestWithParam<LowerCase> {};
@@ -39,6 +46,11 @@ struct ContainsCase {
     std::string_view text;
     std::string_view needle;
     bool contains;
+
+    friend std::ostream& operator<<(std::ostream& out, const ContainsCase& row)
+    {
+        return out << row.name;
+    }
 };
 
 class ContainsIgnoringCase : public testing::TestWithParam<ContainsCase> {};

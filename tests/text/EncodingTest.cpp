@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace quillmark {
 namespace {
 
@@ -15,6 +17,11 @@ struct Utf8Case {
     const char* name;
     std::string_view bytes;
     std::string_view text;
+
+    friend std::ostream& operator<<(std::ostream& out, const Utf8Case& row)
+    {
+        return out << row.name;
+    }
 };
 
 class Utf8Repair : public testing::TestWithParam<Utf8Case> {};
@@ -51,6 +58,11 @@ struct Utf16Case {
     const char* name;
     std::u16string units;
     std::string_view text;
+
+    friend std::ostream& operator<<(std::ostream& out, const Utf16Case& row)
+    {
+        return out << row.name;
+    }
 };
 
 class Utf16BigEndian : public testing::TestWithParam<Utf16Case> {};

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace quillmark {
 namespace {
 
@@ -9,6 +11,11 @@ struct KeyCase {
     const char* name;
     std::string_view family;
     std::string_view key;
+
+    friend std::ostream& operator<<(std::ostream& out, const KeyCase& row)
+    {
+        return out << row.name;
+    }
 };
 
 class FamilyKey : public testing::TestWithParam<KeyCase> {};

@@ -1,0 +1,265 @@
+"""Times quillmark-cli against its peers and prints ratios beside their targets. Run by ../scan.sh."""
+
+import argparse
+import statistics
+import subprocess
+import tempfile
+from pathlib import Path
+
+from fonts import Fonts, files
+from processes import Cost, Program, compare, median, peak_memory, run
+
+HERE = Path(__file__).parent
+FONT_CONFIGURATION = """<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "fonts.dtd">
+<fontconfig>
+  <dir>{fonts}</dir>
+  <cachedir>{cache}</cachedir>
+</fontconfig>
+"""
+
+
+class Bench:
+    def __init__(self, fonts: Fonts, programs: Path, rounds: int, scratch: Path):
+        self._fonts = fonts
+        self._cli = str(programs / "cli/quillmark-cli")
+        self._floor = str(programs / "bench/bench_floor")
+        self._listing = str(programs / "bench/bench_listing")
+        self._rounds = rounds
+        self._scratch = scratch
+
+    def scan(self, folder: Path, title: str = "quillmark-cli", cores: int | None = None) -> Program:
+        output = str(self._scratch / "scan.json")
+        command = [self._cli, "scan", "--format", "json", "-o", output, str(folder)]
+        return Program(title, command, cores=cores)
+
+    def floor(self, folder: Path) -> Program:
+        return Program("floor", [self._floor, str(folder)])
+
+    def fc_scan(self, folder: Path) -> Program:
+        # It does not go into sub folders by itself.
+        folders = sorted({str(file.parent) for file in files(folder)})
+        line = "%{file}:%{index}:%{postscriptname}:%{family}:%{style}:%{foundry}\n"
+        return Program("fc-scan", ["fc-scan", "--format", line, *folders])
+
+    def otfinfo(self, folder: Path) -> Program:
+        # It ends with an error when one of the fonts has no names that it understands.
+        command = 'tr "\\n" "\\0" | xargs -0 otfinfo --quiet --info || true'
+        return Program("otfinfo", ["sh", "-c", command], self._listed(folder))
+
+    def fonttools(self, folder: Path) -> Program:
+        peer = ["/usr/bin/python3", str(HERE / "fonttools_peer.py")]
+        return Program("fontTools", peer, self._listed(folder))
+
+    def _listed(self, folder: Path) -> Path:
+        listed = self._scratch / f"{folder.name}.txt"
+        listed.write_text("".join(f"{file}\n" for file in files(folder)))
+        return listed
+
+    def plain_fonts(self) -> None:
+        folder = self._fonts.sfnt()
+        costs = compare(
+            [
+                self.scan(folder),
+                self.floor(folder),
+                self.fc_scan(folder),
+                self.otfinfo(folder),
+                self.fonttools(folder),
+            ],
+            self._rounds,
+        )
+        count = len(files(folder))
+        heading(f"TrueType, OpenType and collections: {count} files, {self._faces(folder)} faces")
+        print_costs(costs, count)
+        print_ratio(costs, "fc-scan", 0.2)
+        print_ratio(costs, "otfinfo", 0.12)
+        print_ratio(costs, "fontTools", 0.15)
+        print_ratio(costs, "floor", 2.5)
+
+    def web_fonts(self) -> None:
+        folder = self._fonts.mixed()
+        one_core = self.scan(folder, "quillmark-cli, one core", cores=1)
+        two_cores = self.scan(folder, "quillmark-cli, two cores", cores=2)
+        costs = compare(
+            [
+                self.scan(folder),
+                self.floor(folder),
+                self.fc_scan(folder),
+                self.fonttools(folder),
+                one_core,
+                two_cores,
+            ],
+            self._rounds,
+        )
+        found = files(folder)
+        kinds = [sum(file.suffix == kind for file in found) for kind in (".woff", ".woff2")]
+        heading(f"With {kinds[0]} WOFF and {kinds[1]} WOFF2 among {len(found)} files")
+        print_costs(costs, len(found))
+        print_ratio(costs, "fc-scan", 0.25)
+        wall = ratio(costs[two_cores.title], costs[one_core.title], lambda cost: cost.wall)
+        print_figure("wall time on two cores to one core", wall, 0.65)
+
+    def cores(self) -> None:
+        folder = self._fonts.copies(10_000)
+        one_core = self.scan(folder, "one core", cores=1)
+        two_cores = self.scan(folder, "two cores", cores=2)
+        costs = compare([one_core, two_cores], self._rounds)
+        heading("One core and two, 10,000 plain files")
+        print_costs(costs, 10_000)
+        wall = ratio(costs["two cores"], costs["one core"], lambda cost: cost.wall)
+        print_figure("wall time on two cores to one core", wall, 0.65)
+
+    def size_of_font(self) -> None:
+        large = self._fonts.nearest_in_size(20_000_000, {".ttc", ".otc"})
+        small = self._fonts.nearest_in_size(20_000, {".ttf", ".otf"})
+        count = 400
+        large_folder = self._fonts.repeated("large", large, count)
+        small_folder = self._fonts.repeated("small", small, count)
+        empty = self.scan(self._fonts.empty(), "empty folder")
+        costs = compare(
+            [
+                self.scan(large_folder, "large collection"),
+                self.scan(small_folder, "small font"),
+                empty,
+            ],
+            self._rounds,
+        )
+        start = median(costs[empty.title]).cpu
+        faces = {
+            "large collection": self._faces(large_folder),
+            "small font": self._faces(small_folder),
+        }
+        heading(
+            f"{count} files of {large.name} ({large.stat().st_size / 1e6:.1f} MB, "
+            f"{faces['large collection'] // count} faces) and of {small.name} "
+            f"({small.stat().st_size / 1e3:.1f} KB)"
+        )
+        each = {
+            title: (median(costs[title]).cpu - start) / number for title, number in faces.items()
+        }
+        for title, cost in each.items():
+            print(f"{title:<28}{cost * 1e6:9.1f} us CPU a face")
+        print_figure(
+            "a face of the collection to the small font",
+            each["large collection"] / each["small font"],
+            1.0,
+        )
+
+    def number_of_fonts(self) -> None:
+        counts = [100, 1_000, 10_000]
+        empty = self.scan(self._fonts.empty(), "empty folder")
+        programs = [self.scan(self._fonts.copies(count), str(count)) for count in counts]
+        costs = compare([empty, *programs], self._rounds)
+        start = median(costs[empty.title]).cpu
+        heading("From 100 files to 10,000")
+        print(f"{'start alone':<28}{start * 1e3:9.1f} ms CPU")
+        each = []
+        for count in counts:
+            total = median(costs[str(count)]).cpu
+            each.append((total - start) / count)
+            print(
+                f"{count:>6} files{'':16}{total * 1e3:9.1f} ms CPU, "
+                f"{each[-1] * 1e6:.1f} us a file above the start"
+            )
+        print_figure("a file of 10,000 to a file of 1,000", each[2] / each[1], 1.0)
+
+    def memory(self) -> None:
+        folder = self._fonts.copies(8_000)
+        start = peak_memory(self.scan(self._fonts.empty()))
+        peak = peak_memory(self.scan(folder))
+        heading(f"Memory, {self._faces(folder)} faces")
+        print(f"start {start / 1024:.1f} MB, peak {peak / 1024:.1f} MB")
+        print_figure("peak above start, MB", (peak - start) / 1024, 40)
+
+    def installed_fonts(self) -> None:
+        folder = self._fonts.installed()
+        configuration = self._scratch / "fonts.conf"
+        cache = self._scratch / "fontconfig"
+        configuration.write_text(FONT_CONFIGURATION.format(fonts=folder, cache=cache))
+        environment = {"FONTCONFIG_FILE": str(configuration)}
+        output = str(self._scratch / "installed.json")
+        installed = Program(
+            "quillmark-cli",
+            [self._cli, "installed", "--format", "json", "-o", output],
+            environment=environment,
+        )
+        listing = Program("listing", [self._listing], environment=environment)
+        run(Program("fc-cache", ["fc-cache", "--force"], environment=environment))
+        costs = compare([installed, listing, self.floor(folder)], self._rounds)
+        heading(f"Installed fonts: {len(files(folder))} files")
+        print_costs(costs, len(files(folder)))
+        both = [
+            Cost(one.cpu + other.cpu, one.wall + other.wall)
+            for one, other in zip(costs["listing"], costs["floor"])
+        ]
+        print_figure(
+            "CPU to the listing and the floor", ratio(costs["quillmark-cli"], both), 1.5
+        )
+
+    def _faces(self, folder: Path) -> int:
+        printed = subprocess.run(
+            [self._floor, folder], capture_output=True, text=True, check=True
+        ).stdout
+        return int(printed.split(" faces")[0].split()[-1])
+
+
+def ratio(costs: list[Cost], others: list[Cost], value=lambda cost: cost.cpu) -> float:
+    """The median of the rounds' ratios: within a round the machine was equally busy."""
+    return statistics.median(value(one) / value(other) for one, other in zip(costs, others))
+
+
+def heading(text: str) -> None:
+    print(f"\n{text}")
+    print("-" * len(text))
+
+
+def print_costs(costs: dict[str, list[Cost]], count: int) -> None:
+    for title, rounds in costs.items():
+        cost = median(rounds)
+        print(
+            f"{title:<28}{cost.cpu * 1e3:9.1f} ms CPU{cost.wall * 1e3:9.1f} ms wall"
+            f"{cost.cpu / count * 1e6:9.1f} us CPU a file"
+        )
+
+
+def print_ratio(costs: dict[str, list[Cost]], peer: str, target: float) -> None:
+    print_figure(f"CPU to {peer}", ratio(costs["quillmark-cli"], costs[peer]), target)
+
+
+def print_figure(title: str, value: float, target: float) -> None:
+    print(f"  {title:<46}{value:7.3f}   target at most {target:g}")
+
+
+PARTS = {
+    "plain": Bench.plain_fonts,
+    "web": Bench.web_fonts,
+    "cores": Bench.cores,
+    "size": Bench.size_of_font,
+    "number": Bench.number_of_fonts,
+    "memory": Bench.memory,
+    "installed": Bench.installed_fonts,
+}
+
+
+def main() -> None:
+    parser = argparse.ArgumentParser(description=__doc__, prog="bench/scan.sh")
+    parser.add_argument("--programs", type=Path, required=True, help=argparse.SUPPRESS)
+    parser.add_argument("--fonts", type=Path, required=True, help=argparse.SUPPRESS)
+    parser.add_argument("--rounds", type=int, default=7, help="turns of each program (default: 7)")
+    parser.add_argument(
+        "parts", nargs="*", metavar="PART", help=f"what to time: {', '.join(PARTS)} (default: all)"
+    )
+    arguments = parser.parse_args()
+    for part in arguments.parts:
+        if part not in PARTS:
+            parser.error(f'there is no part "{part}"')
+    with tempfile.TemporaryDirectory() as scratch:
+        bench = Bench(
+            Fonts(arguments.fonts), arguments.programs, arguments.rounds, Path(scratch)
+        )
+        for part in arguments.parts or PARTS:
+            PARTS[part](bench)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,248 @@
+#include "pdf/ObjectLexer.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+#include <utility>
+
+namespace quillmark::PDF {
+namespace {
+
+enum class Class : std::uint8_t { regular, space, delimiter };
+
+constexpr std::array<Class, 256> classes = [] {
+    std::array<Class, 256> table{};
+    for (const char space : {'\0', '\t', '\n', '\f', '\r', ' '})
+        table[static_cast<unsigned char>(space)] = Class::space;
+    for (const char delimiter : {'(', ')', '<', '>', '[', ']', '{', '}', '/', '%'})
+        table[static_cast<unsigned char>(delimiter)] = Class::delimiter;
+    return table;
+}();
+
+bool isRegular(int byte)
+{
+    return byte >= 0 && classes[static_cast<std::size_t>(byte)] == Class::regular;
+}
+
+/// The value of a hexadecimal digit; -1 for anything else.
+int hexDigit(char character)
+{
+    if (character >= '0' && character <= '9') return character - '0';
+    if (character >= 'A' && character <= 'F') return character - 'A' + 10;
+    if (character >= 'a' && character <= 'f') return character - 'a' + 10;
+    return -1;
+}
+
+/// The byte that the escape at `at` stands for; absent when there is none. A NUL, which names
+/// cannot have, is none.
+std::optional<char> escapedByte(std::string_view name, std::size_t at)
+{
+    if (name[at] != '#' || name.size() - at < 3) return std::nullopt;
+    const int high = hexDigit(name[at + 1]);
+    const int low = hexDigit(name[at + 2]);
+    if (high < 0 || low < 0 || high + low == 0) return std::nullopt;
+    return static_cast<char>(high * 16 + low);
+}
+
+/// Replaces the #-escapes of a name in place. A "#" that starts none is itself.
+void unescape(std::string& name)
+{
+    std::size_t out = name.find('#');
+    if (out == std::string::npos) return;
+    for (std::size_t in = out; in < name.size();) {
+        const auto byte = escapedByte(name, in);
+        name[out++] = byte.value_or(name[in]);
+        in += byte ? 3U : 1U;
+    }
+    name.resize(out);
+}
+
+bool isKeyword(std::string_view word)
+{
+    if (word.front() < 'e') return false; // numbers, mostly
+    static constexpr auto keywords = std::to_array<std::string_view>({
+        "endobj",
+        "endstream",
+        "obj",
+        "startxref",
+        "stream",
+        "trailer",
+        "xref",
+    });
+    return std::ranges::find(keywords, word) != keywords.end();
+}
+
+} // namespace
+
+ObjectLexer::ObjectLexer(ByteSource& source, std::uint64_t offset, std::size_t limit)
+    : m_source(source), m_offset(offset), m_limit(limit)
+{
+}
+
+bool ObjectLexer::refill()
+{
+    m_offset += m_window.size();
+    m_consumed += m_window.size();
+    m_at = 0;
+    m_window = m_source.at(m_offset);
+    if (m_window.size() > m_limit - m_consumed) {
+        m_window = m_window.first(m_limit - m_consumed);
+        m_exhausted = m_window.empty();
+    }
+    return !m_window.empty();
+}
+
+void ObjectLexer::skipComment()
+{
+    for (int byte = peek(); byte >= 0 && byte != '\r' && byte != '\n'; byte = peek())
+        skip();
+}
+
+/// Passes over white space and comments; the byte behind them.
+int ObjectLexer::skipSpace()
+{
+    for (;;) {
+        const int byte = peek();
+        if (byte == '%')
+            skipComment();
+        else if (byte >= 0 && classes[static_cast<std::size_t>(byte)] == Class::space)
+            skip();
+        else
+            return byte;
+    }
+}
+
+/// Passes over the rest of a string in parentheses.
+void ObjectLexer::skipString()
+{
+    std::size_t depth = 1;
+    for (int byte = peek(); byte >= 0; byte = peek()) {
+        skip();
+        if (byte == '\\' && peek() >= 0) skip();
+        if (byte == '(') ++depth;
+        if (byte == ')' && --depth == 0) return;
+    }
+}
+
+void ObjectLexer::skipHexString()
+{
+    for (int byte = peek(); byte >= 0; byte = peek()) {
+        skip();
+        if (byte == '>') return;
+    }
+}
+
+/// The regular characters from here on. Mostly they lie in one piece in front of us; else they are
+/// put together.
+std::string_view ObjectLexer::regularCharacters()
+{
+    const auto rest = [this] {
+        std::size_t end = m_at;
+        while (end < m_window.size() && isRegular(std::to_integer<int>(m_window[end])))
+            ++end;
+        const std::string_view characters(reinterpret_cast<const char*>(m_window.data()) + m_at,
+                                          end - m_at);
+        m_at = end;
+        return characters;
+    };
+    const std::string_view whole = rest();
+    if (m_at < m_window.size()) return whole;
+    m_text = whole;
+    while (isRegular(peek()))
+        m_text += rest();
+    return m_text;
+}
+
+Token ObjectLexer::name()
+{
+    const auto characters = regularCharacters();
+    if (characters.find('#') == std::string_view::npos) return {Token::Kind::name, 0, characters};
+    std::string unescaped(characters);
+    unescape(unescaped);
+    m_text = std::move(unescaped);
+    return {Token::Kind::name, 0, m_text};
+}
+
+Token ObjectLexer::word()
+{
+    const auto characters = regularCharacters();
+    if (characters == "R") return {Token::Kind::reference, 0, {}};
+    if (characters == "null") return {Token::Kind::null, 0, {}};
+    if (isKeyword(characters)) return {Token::Kind::keyword, 0, characters};
+    const char* begin = characters.data() + (characters.front() == '+' ? 1 : 0);
+    const char* end = characters.data() + characters.size();
+    std::int64_t number = 0;
+    const auto [stop, error] = std::from_chars(begin, end, number);
+    if (error == std::errc{} && stop == end) return {Token::Kind::integer, number, {}};
+    return {Token::Kind::other, 0, {}};
+}
+
+Token ObjectLexer::next()
+{
+    const int byte = skipSpace();
+    if (byte < 0) return {Token::Kind::end, 0, {}};
+    if (isRegular(byte)) return word();
+    skip();
+    switch (byte) {
+    case '/':
+        return name();
+    case '[':
+        return {Token::Kind::arrayOpen, 0, {}};
+    case ']':
+        return {Token::Kind::arrayClose, 0, {}};
+    case '<':
+        if (peek() == '<') {
+            skip();
+            return {Token::Kind::dictionaryOpen, 0, {}};
+        }
+        skipHexString();
+        return {Token::Kind::other, 0, {}};
+    case '>':
+        if (peek() == '>') {
+            skip();
+            return {Token::Kind::dictionaryClose, 0, {}};
+        }
+        return {Token::Kind::other, 0, {}};
+    case '(':
+        skipString();
+        return {Token::Kind::other, 0, {}};
+    default: // a stray parenthesis or brace
+        return {Token::Kind::other, 0, {}};
+    }
+}
+
+bool ObjectLexer::mayContain(std::string_view wanted)
+{
+    constexpr std::size_t deepest = 32; // deeper objects are taken apart to be sure
+    std::array<int, deepest> closers{};
+    std::size_t depth = 0;
+    for (;;) {
+        const int byte = skipSpace();
+        if (byte < 0) return true;
+        if (isRegular(byte)) {
+            (void)regularCharacters();
+            if (depth == 0) return true;
+            continue;
+        }
+        skip();
+        const bool twice = (byte == '<' || byte == '>') && peek() == byte;
+        if (twice) skip();
+        if (byte == '/') {
+            const auto characters = regularCharacters();
+            if (characters == wanted || characters.find('#') != std::string_view::npos) return true;
+        } else if (byte == '[' || (byte == '<' && twice)) {
+            if (depth == deepest) return true;
+            closers[depth++] = byte == '[' ? ']' : '>';
+        } else if (byte == ']' || (byte == '>' && twice)) {
+            if (depth == 0 || closers[depth - 1] != byte) return true;
+            if (--depth == 0) return false;
+        } else if (byte == '<') {
+            skipHexString();
+        } else if (byte == '(') {
+            skipString();
+        }
+    }
+}
+
+} // namespace quillmark::PDF

@@ -1,0 +1,97 @@
+// Finds and parses the objects of a document, follows references and decodes streams. Behind
+// PDFDocument.h.
+#pragma once
+
+#include "pdf/ObjectParser.h"
+#include "pdf/PDFObjects.h"
+#include "pdf/ParsedObject.h"
+#include "pdf/QPDFFile.h"
+#include "pdf/StreamFilters.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+namespace quillmark::PDF {
+
+/// A value of the document: where in which object. Without an object, there is no value.
+struct Node {
+    ParsedObjectRef object;
+    const Value* value{};
+    Reference owner;
+
+    [[nodiscard]] Value::Kind kind() const { return object ? value->kind() : Value::Kind::null; }
+    [[nodiscard]] bool isStream() const
+    {
+        return object && object->isStream() && value == &object->root();
+    }
+};
+
+class ObjectStore {
+public:
+    /// A store over an open file.
+    explicit ObjectStore(std::unique_ptr<QPDFFile> file);
+
+    [[nodiscard]] Node catalog();
+
+    /// The value of a key; what it refers to, if it is a reference.
+    [[nodiscard]] Node get(const Node& dictionary, std::string_view key);
+    [[nodiscard]] Node get(const Node& array, std::size_t index);
+    /// Whether `node` may be, or refer to, a dictionary with this key. False only when it certainly
+    /// is not; often that shows without reading the object.
+    [[nodiscard]] bool mayHaveKey(const Node& node, std::string_view key);
+    /// What `node` refers to, if it is a reference; else `node`.
+    [[nodiscard]] Node follow(Node node);
+
+    [[nodiscard]] Identity identity(const Node& node);
+
+    /// The decoded data of a stream.
+    [[nodiscard]] SharedBytes data(const Node& stream);
+
+private:
+    /// Object streams and what is needed to read them must not lie in object streams, so that
+    /// following references ends.
+    enum class Where { anywhere, inFile };
+
+    /// An object stream, unpacked.
+    struct Members {
+        Bytes bytes;
+        std::uint64_t first{};           // where the offsets count from
+        std::vector<ObjectPlace> places; // ascending by number
+        std::uint64_t textLeft{};        // that may be parsed, against objects that overlap
+    };
+
+    [[nodiscard]] ParsedObjectRef object(const Reference& reference, Where where = Where::anywhere);
+    [[nodiscard]] ParsedObjectRef readFromFile(const Reference& reference, std::uint64_t offset);
+    [[nodiscard]] ParsedObjectRef readFromStream(const Reference& reference, std::uint64_t stream);
+    [[nodiscard]] static const ObjectPlace* placeIn(const Members& members, std::uint32_t number);
+    [[nodiscard]] std::shared_ptr<Members> members(std::uint64_t stream);
+    [[nodiscard]] std::shared_ptr<Members> unpack(std::uint64_t stream);
+    [[nodiscard]] Node followIn(Where where, Node node);
+    [[nodiscard]] std::optional<std::int64_t> integer(const Node& dictionary, std::string_view key,
+                                                      Where where);
+    [[nodiscard]] std::optional<std::vector<Filter>> filters(const Node& stream, Where where);
+    [[nodiscard]] std::optional<Bytes> decoded(const Node& stream, std::size_t limit,
+                                               StreamDecoder& decoder, Where where);
+    [[nodiscard]] std::optional<Bytes> undecoded(const Node& stream, std::size_t limit,
+                                                 Where where);
+    [[nodiscard]] std::optional<Bytes> plainBytes(const Node& stream, std::int64_t length,
+                                                  std::size_t limit);
+
+    std::unique_ptr<QPDFFile> m_file;
+    ObjectParser m_parser;
+    std::unordered_map<std::uint64_t, ParsedObjectRef> m_objects;
+    std::size_t m_objectBytes{};
+    std::unordered_map<std::uint64_t, std::shared_ptr<Members>> m_members;
+    std::size_t m_memberBytes{};
+    std::unordered_map<std::uint64_t, SharedBytes> m_data;
+    std::unordered_map<std::uint64_t, std::uint32_t> m_otherGenerations;
+    std::uint64_t m_textLeft;
+    StreamDecoder m_objectStreams;
+    StreamDecoder m_programs;
+};
+
+} // namespace quillmark::PDF

@@ -1,0 +1,49 @@
+"""Which folder of the project may use which: the one table that both checks read."""
+
+# The folders of core/ in the order of the picture in README.md, each with those it may include.
+CORE = {
+    "text": [],
+    "fontfile": ["text"],
+    "assessment": ["text", "fontfile"],
+    "library": ["text", "fontfile"],
+    "pdf": ["text", "fontfile", "assessment"],
+    "coding": ["text", "fontfile", "assessment", "pdf"],
+}
+
+# What stands on core/. Nothing in core/ includes any of it.
+FACES = {
+    "cli": list(CORE),
+}
+
+# Code that is not shipped, and may include everything.
+WORKSHOP = ["bench", "fuzz", "tests"]
+
+# Where the headers of each third-party library may appear, so that exchanging one touches one
+# place. The workshop builds its inputs with the same libraries and is not bound by this.
+THIRD_PARTY = {
+    "ICU": (r"unicode/.*", ["core/text/*"]),
+    "fontconfig": (r"fontconfig/.*", ["core/library/InstalledFonts.cpp"]),
+    "FreeType": (r"ft2build\.h|freetype/.*", ["core/library/FreeTypeFaces.cpp"]),
+    "zlib": (r"zlib\.h", ["core/library/Inflate.cpp", "core/pdf/Inflater.cpp"]),
+    "libdeflate": (r"libdeflate\.h", ["core/pdf/Inflater.cpp"]),
+    "brotli": (r"brotli/.*", ["core/library/WOFF2.cpp"]),
+    "libqpdf": (r"qpdf/.*", ["core/pdf/QPDF*"]),
+    "nlohmann-json": (r"nlohmann/.*", ["core/coding/RecordCoding.cpp"]),
+    "CLI11": (r"CLI/.*", ["cli/Options.cpp"]),
+    "GoogleTest": (r"g(test|mock)/.*", ["tests"]),
+    "Google Benchmark": (r"benchmark/.*", ["bench"]),
+}
+
+# Folders of pure functions: bytes and records in, records out. They meet no file and no thread.
+PURE = ["core/text", "core/fontfile", "core/assessment", "core/coding"]
+EDGE_HEADERS = [
+    "atomic",
+    "condition_variable",
+    "cstdio",
+    "filesystem",
+    "fstream",
+    "future",
+    "iostream",
+    "mutex",
+    "thread",
+]
