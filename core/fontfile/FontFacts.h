@@ -59,7 +59,7 @@ struct FontFacts {
 
     /// Facts from name strings. `fallbackName` stands in where the names give no family or no
     /// PostScript name.
-    [[nodiscard]] static FontFacts fromNames(const NameStrings& names, std::optional<OS2Info> os2,
+    [[nodiscard]] static FontFacts fromNames(NameStrings names, std::optional<OS2Info> os2,
                                              std::string_view fallbackName,
                                              std::optional<std::string> filePath,
                                              std::optional<std::string> format, FontOrigin origin);

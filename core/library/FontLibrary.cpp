@@ -60,7 +60,7 @@ FontFacts factsFromNames(NameStrings names, const PlatformFont& font, FontOrigin
     if (fallbackName.empty()) fallbackName = FileName::stem(fileName(font));
 
     FontFacts facts =
-        FontFacts::fromNames(names, font.os2 ? OS2Info::read(*font.os2) : std::nullopt,
+        FontFacts::fromNames(std::move(names), font.os2 ? OS2Info::read(*font.os2) : std::nullopt,
                              fallbackName, std::move(path), FontLibrary::formatName(font), origin);
     if (!font.postScriptName.empty()) facts.postScriptName = font.postScriptName;
     return facts;

@@ -32,7 +32,7 @@ std::optional<FontFacts> factsOf(const std::optional<BareFontInfo>& info,
     // Older fonts have their copyright line in the notice; with both, the notice is about marks.
     put(info->copyright ? NameID::trademark : NameID::copyright, info->notice);
     if (names.empty()) return std::nullopt;
-    return FontFacts::fromNames(names, std::nullopt, fallbackName, std::nullopt,
+    return FontFacts::fromNames(std::move(names), std::nullopt, fallbackName, std::nullopt,
                                 std::string(FormatLabel::bareProgram), FontOrigin::document);
 }
 
