@@ -3,6 +3,7 @@
 #include "cli/Inputs.h"
 #include "library/FontIndex.h"
 #include "library/FontLibrary.h"
+#include "library/Parallel.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -51,10 +52,8 @@ private:
 
 std::vector<AuditRow> judged(std::vector<FontFacts> fonts)
 {
-    std::vector<AuditRow> rows;
-    rows.reserve(fonts.size());
-    for (FontFacts& facts : fonts)
-        rows.push_back(auditRow(std::move(facts)));
+    std::vector<AuditRow> rows(fonts.size());
+    forEachIndex(rows.size(), [&](std::size_t i) { rows[i] = auditRow(std::move(fonts[i])); });
     return rows;
 }
 

@@ -29,9 +29,9 @@ class Bench:
         self._scratch = scratch
 
     def scan(self, folder: Path, title: str = "quillmark-cli", cores: int | None = None) -> Program:
-        output = str(self._scratch / "scan.json")
-        command = [self._cli, "scan", "--format", "json", "-o", output, str(folder)]
-        return Program(title, command, cores=cores)
+        output = self._scratch / "scan.json"
+        command = [self._cli, "scan", "--format", "json", "-o", str(output), str(folder)]
+        return Program(title, command, cores=cores, output=output)
 
     def floor(self, folder: Path) -> Program:
         return Program("floor", [self._floor, str(folder)])
@@ -177,11 +177,12 @@ class Bench:
         cache = self._scratch / "fontconfig"
         configuration.write_text(FONT_CONFIGURATION.format(fonts=folder, cache=cache))
         environment = {"FONTCONFIG_FILE": str(configuration)}
-        output = str(self._scratch / "installed.json")
+        output = self._scratch / "installed.json"
         installed = Program(
             "quillmark-cli",
-            [self._cli, "installed", "--format", "json", "-o", output],
+            [self._cli, "installed", "--format", "json", "-o", str(output)],
             environment=environment,
+            output=output,
         )
         listing = Program("listing", [self._listing], environment=environment)
         run(Program("fc-cache", ["fc-cache", "--force"], environment=environment))

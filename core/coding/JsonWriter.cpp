@@ -1,6 +1,5 @@
 #include "coding/JsonWriter.h"
 
-#include <algorithm>
 #include <array>
 #include <cassert>
 #include <charconv>
@@ -19,6 +18,33 @@ constexpr auto isPlain = [] {
         plain[byte] = byte >= 0x20 && byte != '"' && byte != '\\';
     return plain;
 }();
+
+/// As many bytes as are looked at together; compilers make a few instructions of them.
+constexpr std::size_t blockSize = 32;
+
+bool isPlainBlock(const char* block)
+{
+    unsigned char special = 0;
+    for (std::size_t i = 0; i < blockSize; ++i) {
+        const auto byte = static_cast<unsigned char>(block[i]);
+        special |= static_cast<unsigned char>((byte < 0x20) | (byte == '"') | (byte == '\\'));
+    }
+    return special == 0;
+}
+
+/// How many bytes at the start of the text can stand as they are.
+std::size_t plainSize(std::string_view text)
+{
+    std::size_t size = 0;
+    while (text.size() - size >= blockSize && isPlainBlock(text.data() + size))
+        size += blockSize;
+    // What is left of a long text is the end of one more block, which overlaps the last one.
+    const bool isAtLastBlock = size > 0 && text.size() - size < blockSize;
+    if (isAtLastBlock && isPlainBlock(text.data() + text.size() - blockSize)) return text.size();
+    while (size < text.size() && isPlain[static_cast<unsigned char>(text[size])])
+        ++size;
+    return size;
+}
 
 void appendEscaped(std::string& output, char character)
 {
@@ -59,15 +85,14 @@ void JsonWriter::key(std::string_view name)
 {
     assert(!m_afterKey && !m_levels.empty() && m_levels.back().scope == Scope::object);
     startItem();
-    quote(name);
-    m_output += ": ";
+    quote(name, "\": ");
     m_afterKey = true;
 }
 
 void JsonWriter::value(std::string_view text)
 {
     startValue();
-    quote(text);
+    quote(text, "\"");
 }
 
 void JsonWriter::value(std::int64_t number)
@@ -124,19 +149,18 @@ void JsonWriter::newLine()
     m_output.append(indent * m_levels.size(), ' ');
 }
 
-void JsonWriter::quote(std::string_view text)
+/// `end` begins with the closing quotation mark.
+void JsonWriter::quote(std::string_view text, std::string_view end)
 {
     m_output += '"';
-    while (true) {
-        const auto special = std::find_if_not(text.begin(), text.end(), [](char character) {
-            return isPlain[static_cast<unsigned char>(character)];
-        });
-        m_output.append(text.begin(), special);
-        if (special == text.end()) break;
-        appendEscaped(m_output, *special);
-        text = {special + 1, text.end()};
+    for (;;) {
+        const std::size_t plain = plainSize(text);
+        m_output.append(text.substr(0, plain));
+        if (plain == text.size()) break;
+        appendEscaped(m_output, text[plain]);
+        text.remove_prefix(plain + 1);
     }
-    m_output += '"';
+    m_output += end;
 }
 
 } // namespace quillmark

@@ -48,7 +48,7 @@ private:
     void startValue();
     void startItem();
     void newLine();
-    void quote(std::string_view text);
+    void quote(std::string_view text, std::string_view end);
 
     std::string& m_output;
     std::vector<Level> m_levels;

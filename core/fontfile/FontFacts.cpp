@@ -22,14 +22,15 @@ std::string withoutSpaces(std::string text)
 
 } // namespace
 
-FontFacts FontFacts::fromNames(const NameStrings& names, std::optional<OS2Info> os2,
+FontFacts FontFacts::fromNames(NameStrings names, std::optional<OS2Info> os2,
                                std::string_view fallbackName, std::optional<std::string> filePath,
                                std::optional<std::string> format, FontOrigin origin)
 {
+    // Taken out and not copied: each is asked for once, but for the PostScript name.
     const auto name = [&names](NameID id) -> std::optional<std::string> {
         const auto found = names.find(static_cast<std::uint16_t>(id));
         if (found == names.end()) return std::nullopt;
-        return found->second;
+        return std::move(found->second);
     };
     const auto firstOf = [&name](std::initializer_list<NameID> ids) {
         std::optional<std::string> text;
@@ -40,13 +41,16 @@ FontFacts FontFacts::fromNames(const NameStrings& names, std::optional<OS2Info> 
 
     FontFacts facts;
     facts.fullName = name(NameID::fullName);
-    if (auto postScriptName = name(NameID::postScriptName))
-        facts.postScriptName = *std::move(postScriptName);
+    const auto postScriptName = name(NameID::postScriptName);
+    if (postScriptName)
+        facts.postScriptName = *postScriptName;
     else
         facts.postScriptName =
             facts.fullName ? withoutSpaces(*facts.fullName) : std::string(fallbackName);
-    facts.family = firstOf({NameID::typographicFamily, NameID::family, NameID::postScriptName})
-                       .value_or(std::string(fallbackName));
+    if (auto family = firstOf({NameID::typographicFamily, NameID::family}))
+        facts.family = *std::move(family);
+    else
+        facts.family = postScriptName ? *postScriptName : std::string(fallbackName);
     facts.style = firstOf({NameID::typographicSubfamily, NameID::subfamily}).value_or("");
     facts.copyright = name(NameID::copyright);
     facts.trademark = name(NameID::trademark);
@@ -72,7 +76,7 @@ std::vector<FontFacts> FontFacts::read(std::span<const std::byte> data,
     std::size_t budget = NameTable::maximumFileBytes;
     for (const SFNTFace& face : faces) {
         facts.push_back(
-            fromNames(face.name ? NameTable::strings(*face.name, budget) : NameStrings{},
+            fromNames(face.name ? NameTable::strings(*face.name, budget, nameIDs) : NameStrings{},
                       face.os2 ? OS2Info::read(*face.os2) : std::nullopt, "Unnamed font", filePath,
                       std::string(face.outlines), origin));
     }

@@ -24,7 +24,7 @@ std::optional<FontFacts> factsOf(const std::optional<BareFontInfo>& info,
     if (!info) return std::nullopt;
     NameStrings names;
     const auto put = [&names](NameID id, const std::optional<std::string>& text) {
-        if (text && !text->empty()) names[static_cast<std::uint16_t>(id)] = *text;
+        if (text && !text->empty()) names.add(static_cast<std::uint16_t>(id), *text);
     };
     if (info->fontName) put(NameID::postScriptName, splitSubsetPrefix(*info->fontName).cleanName);
     put(NameID::fullName, info->fullName);
@@ -33,7 +33,7 @@ std::optional<FontFacts> factsOf(const std::optional<BareFontInfo>& info,
     // Older fonts have their copyright line in the notice; with both, the notice is about marks.
     put(info->copyright ? NameID::trademark : NameID::copyright, info->notice);
     if (names.empty()) return std::nullopt;
-    return FontFacts::fromNames(names, std::nullopt, fallbackName, std::nullopt,
+    return FontFacts::fromNames(std::move(names), std::nullopt, fallbackName, std::nullopt,
                                 std::string(FormatLabel::bareProgram), FontOrigin::document);
 }
 

@@ -75,20 +75,23 @@ std::string repairedUtf8(std::string_view text)
 std::string decodeUtf16BigEndian(std::span<const std::byte> bytes)
 {
     const std::size_t count = bytes.size() / 2;
+    // Nearly all names are ASCII: copy as if, and see afterwards whether that was right. With the
+    // two halves of a unit kept apart, the compiler looks at many of them at once.
+    std::string text(count, '\0');
+    char* const characters = text.data(); // known not to change while it is written to
+    std::byte highSeen{};
+    std::byte lowSeen{};
+    for (std::size_t i = 0; i < count; ++i) {
+        highSeen |= bytes[2 * i];
+        lowSeen |= bytes[2 * i + 1];
+        characters[i] = std::to_integer<char>(bytes[2 * i + 1]);
+    }
+    if (highSeen == std::byte{} && lowSeen < std::byte{0x80}) return text;
+
     const auto unit = [bytes](std::size_t i) {
         return std::to_integer<char32_t>(bytes[2 * i]) << 8U |
                std::to_integer<char32_t>(bytes[2 * i + 1]);
     };
-
-    // Nearly all names are ASCII: copy as if, and see afterwards whether that was right.
-    std::string text(count, '\0');
-    char32_t seen = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        seen |= unit(i);
-        text[i] = static_cast<char>(unit(i) & 0x7FU);
-    }
-    if (seen < 0x80) return text;
-
     text.clear();
     for (std::size_t i = 0; i < count; ++i) {
         char32_t codePoint = unit(i);

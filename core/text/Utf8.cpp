@@ -42,6 +42,7 @@ Character first(std::string_view text)
 
 Character last(std::string_view text)
 {
+    if (const std::uint32_t byte = byteAt(text, text.size() - 1); byte < 0x80) return {byte, 1};
     // A character is at most 4 bytes long; the longest that reaches the end is the last one.
     for (std::size_t length = std::min<std::size_t>(text.size(), 4); length > 1; --length) {
         const Character character = first(text.substr(text.size() - length));

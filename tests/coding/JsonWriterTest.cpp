@@ -115,6 +115,19 @@ TEST(JsonWriter, AppendsToWhatTheOutputHolds)
     EXPECT_EQ(output, "before \"x\"");
 }
 
+TEST(JsonWriter, ACharacterIsEscapedWhereverItStandsInALongText)
+{
+    for (std::size_t size = 1; size <= 100; ++size) {
+        for (std::size_t place = 0; place < size; ++place) {
+            std::string text(size, 'a');
+            text[place] = '"';
+            const std::string before(place, 'a');
+            const std::string after(size - place - 1, 'a');
+            EXPECT_EQ(written(std::string_view(text)), '"' + before + "\\\"" + after + '"');
+        }
+    }
+}
+
 TEST(JsonWriter, AStringLiteralIsATextAndNoFlag)
 {
     std::string output;

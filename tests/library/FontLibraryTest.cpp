@@ -99,21 +99,21 @@ INSTANTIATE_TEST_SUITE_P(Optional, PlatformNames,
 TEST_P(PlatformNames, TheServiceFillsAMissingName)
 {
     PlatformFont font = platformFont("Foo");
-    font.names[GetParam().identifier] = "from the service";
+    font.names.add(GetParam().identifier, "from the service");
     EXPECT_EQ(FontLibrary::facts(font, FontOrigin::folder).*GetParam().field, "from the service");
 }
 
 TEST_P(PlatformNames, TheTableComesBeforeTheService)
 {
     PlatformFont font = platformFont("Foo", {{GetParam().identifier, u"from the table"}});
-    font.names[GetParam().identifier] = "from the service";
+    font.names.add(GetParam().identifier, "from the service");
     EXPECT_EQ(FontLibrary::facts(font, FontOrigin::folder).*GetParam().field, "from the table");
 }
 
 TEST_P(PlatformNames, AnEmptyAnswerOfTheServiceCountsAsNone)
 {
     PlatformFont font = platformFont("Foo");
-    font.names[GetParam().identifier] = "";
+    font.names.add(GetParam().identifier, "");
     EXPECT_EQ(FontLibrary::facts(font, FontOrigin::folder).*GetParam().field, std::nullopt);
 }
 

@@ -91,6 +91,21 @@ INSTANTIATE_TEST_SUITE_P(
         Utf16Case{"TwoHighSurrogatesThenALowOne", {0xD83D, 0xD83D, 0xDE00}, "\uFFFD\U0001F600"}),
     [](const auto& row) { return std::string(row.param.name); });
 
+TEST(Encoding, ACharacterBeyondAsciiIsFoundWhereverItStandsInALongText)
+{
+    for (std::size_t size = 1; size <= 40; ++size) {
+        for (std::size_t place = 0; place < size; ++place) {
+            std::u16string units(size, u'a');
+            const std::string before(place, 'a');
+            const std::string after(size - place - 1, 'a');
+            units[place] = u'\u0080';
+            EXPECT_EQ(decodeUtf16BigEndian(utf16(units)), before + "\u0080" + after);
+            units[place] = u'\u0141';
+            EXPECT_EQ(decodeUtf16BigEndian(utf16(units)), before + "\u0141" + after);
+        }
+    }
+}
+
 TEST(Encoding, OddLastByteOfUtf16IsIgnored)
 {
     EXPECT_EQ(decodeUtf16BigEndian(ascii("\0A\0"sv)), "A");
