@@ -106,8 +106,7 @@ std::optional<std::string> otherName(const AuditRow& row)
 void writeFontDetails(TextLines& lines, const AuditRow& row)
 {
     const Assessment& assessment = row.assessment;
-    const Verdict verdict = assessment.verdict;
-    lines.text(symbol(verdict), ink(verdict)).skip(1).text(label(verdict), ink(verdict));
+    writeVerdict(lines, assessment.verdict);
     lines.skip(2).text(row.facts.displayName(), Ink::strong);
     if (const auto name = otherName(row)) lines.skip(2).text(*name, Ink::faint);
     lines.endLine();

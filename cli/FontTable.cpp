@@ -4,14 +4,16 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <string_view>
-#include <tuple>
+#include <utility>
 
 namespace quillmark::cli {
 namespace {
 
 constexpr std::size_t gap = 2; // blanks between columns
 constexpr std::size_t tableIndent = 4;
+constexpr std::size_t verdictWidth = 10; // the longest short label
 
 enum Column : std::size_t { name, postScriptName, format, file, columnCount };
 
@@ -19,6 +21,20 @@ enum Column : std::size_t { name, postScriptName, format, file, columnCount };
 constexpr std::array<std::size_t, columnCount> widest{40, 32, 20, 72};
 /// A file's path is cut to what room is left, if it is at least this.
 constexpr std::size_t narrowestFile = 20;
+
+/// The sign that stands beside a verdict's words.
+std::string_view symbol(Verdict verdict)
+{
+    switch (verdict) {
+    case Verdict::restricted:
+        return "✗";
+    case Verdict::unknown:
+        return "?";
+    case Verdict::likelyOK:
+        return "✓";
+    }
+    return {};
+}
 
 using Cells = std::array<std::string, columnCount>;
 
@@ -93,19 +109,46 @@ std::string fontCount(std::size_t count)
     return std::to_string(count) + (count == 1 ? " font" : " fonts");
 }
 
+void writeGroupHeading(TextLines& lines, Verdict verdict, std::size_t count)
+{
+    writeVerdict(lines, verdict);
+    lines.text(" · " + fontCount(count), Ink::faint).endLine();
+}
+
+void writeLine(TextLines& lines, const Line& line,
+               const std::array<std::size_t, columnCount>& widths)
+{
+    const bool isTerminal = lines.page().columns.has_value();
+    // A line that is taken out of a pipe should say by itself what it says about the font.
+    if (isTerminal)
+        lines.skip(tableIndent);
+    else
+        lines.skip(2).cell(shortLabel(line.row->assessment.verdict), verdictWidth).skip(gap);
+    lines.cell(line.cells[name], widths[name]);
+    for (const Column column : {postScriptName, format, file}) {
+        if (widths[column] == 0) continue;
+        const std::string& text = line.cells[column];
+        const bool isCutPath = column == file && isTerminal;
+        lines.skip(gap).cell(isCutPath ? endOfPath(text, widths[column]) : text, widths[column],
+                             Ink::faint);
+    }
+    lines.endLine();
+}
+
+/// The first of `lines`, which are not empty, with those after it that `projection` calls equal.
+std::span<const Line> group(std::span<const Line> lines, auto projection)
+{
+    const auto end = std::ranges::find_if(lines, [&](const Line& line) {
+        return projection(*line.row) != projection(*lines.front().row);
+    });
+    return {lines.begin(), end};
+}
+
 } // namespace
 
-std::string_view symbol(Verdict verdict)
+void writeVerdict(TextLines& lines, Verdict verdict)
 {
-    switch (verdict) {
-    case Verdict::restricted:
-        return "✗";
-    case Verdict::unknown:
-        return "?";
-    case Verdict::likelyOK:
-        return "✓";
-    }
-    return {};
+    lines.text(symbol(verdict), ink(verdict)).skip(1).text(label(verdict), ink(verdict));
 }
 
 void writeFontTable(TextLines& lines, const std::vector<const AuditRow*>& rows,
@@ -115,49 +158,32 @@ void writeFontTable(TextLines& lines, const std::vector<const AuditRow*>& rows,
     table.reserve(rows.size());
     for (const AuditRow* row : rows)
         table.push_back({row, cells(*row, folder)});
-    std::ranges::stable_sort(table, {}, [](const Line& line) {
-        const Assessment& assessment = line.row->assessment;
-        return std::tie(assessment.verdict, assessment.headline);
+    const auto verdict = [](const AuditRow& row) { return row.assessment.verdict; };
+    const auto headline = [](const AuditRow& row) -> std::string_view {
+        return row.assessment.headline;
+    };
+    std::ranges::stable_sort(table, {}, [&](const Line& line) {
+        return std::pair(verdict(*line.row), headline(*line.row));
     });
 
     auto widths = naturalWidths(table);
-    const bool isTerminal = lines.page().columns.has_value();
-    if (isTerminal) {
-        const std::size_t columns = *lines.page().columns;
-        widths = fitted(widths, columns - std::min(columns - 1, tableIndent));
-    }
+    if (const auto columns = lines.page().columns)
+        widths = fitted(widths, *columns - std::min(*columns - 1, tableIndent));
 
-    const Assessment* previous = nullptr;
-    for (const Line& line : table) {
-        const Assessment& assessment = line.row->assessment;
-        const Verdict verdict = assessment.verdict;
-        const bool startsVerdict = previous == nullptr || previous->verdict != verdict;
-        if (startsVerdict) {
-            if (previous != nullptr) lines.emptyLine();
-            const auto count = std::ranges::count(
-                table, verdict, [](const Line& other) { return other.row->assessment.verdict; });
-            lines.text(symbol(verdict), ink(verdict)).skip(1).text(label(verdict), ink(verdict));
-            lines.text(" · " + fontCount(static_cast<std::size_t>(count)), Ink::faint).endLine();
-        }
-        if (startsVerdict || previous->headline != assessment.headline) {
+    std::span<const Line> rest = table;
+    while (!rest.empty()) {
+        auto sameVerdict = group(rest, verdict);
+        rest = rest.subspan(sameVerdict.size());
+        writeGroupHeading(lines, verdict(*sameVerdict.front().row), sameVerdict.size());
+        while (!sameVerdict.empty()) {
+            const auto sameHeadline = group(sameVerdict, headline);
+            sameVerdict = sameVerdict.subspan(sameHeadline.size());
             lines.emptyLine();
-            lines.skip(2).paragraph(assessment.headline, 2);
+            lines.skip(2).paragraph(headline(*sameHeadline.front().row), 2);
+            for (const Line& line : sameHeadline)
+                writeLine(lines, line, widths);
         }
-        previous = &assessment;
-        // A line that is taken out of a pipe should say by itself what it says about the font.
-        if (isTerminal)
-            lines.skip(tableIndent);
-        else
-            lines.skip(2).cell(shortLabel(verdict), 10).skip(gap);
-        lines.cell(line.cells[name], widths[name]);
-        for (const Column column : {postScriptName, format, file}) {
-            if (widths[column] == 0) continue;
-            const std::string& text = line.cells[column];
-            lines.skip(gap).cell(column == file && isTerminal ? endOfPath(text, widths[column])
-                                                              : text,
-                                 widths[column], Ink::faint);
-        }
-        lines.endLine();
+        if (!rest.empty()) lines.emptyLine();
     }
 }
 

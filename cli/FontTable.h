@@ -14,7 +14,7 @@ namespace quillmark::cli {
 void writeFontTable(TextLines& lines, const std::vector<const AuditRow*>& rows,
                     const std::string& folder);
 
-/// The sign that stands beside a verdict's words.
-[[nodiscard]] std::string_view symbol(Verdict verdict);
+/// Writes a verdict with its sign.
+void writeVerdict(TextLines& lines, Verdict verdict);
 
 } // namespace quillmark::cli

@@ -33,9 +33,8 @@ using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
 
 enum class Links { follow, leave };
 
-OpenFolder openFolder(const std::string& path, Links links)
+OpenFolder openFolder(const Location& location, Links links)
 {
-    const Location location(path);
     const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | (links == Links::leave ? O_NOFOLLOW : 0);
     Descriptor descriptor(::openat(location.folder(), location.name(), flags));
     if (!descriptor) return nullptr;
@@ -106,11 +105,6 @@ std::string standardised(const fs::path& folder)
     return fs::equivalent(plain, absolute, error) ? plain.native() : absolute.native();
 }
 
-std::string joined(const std::string& folder, const std::string& name)
-{
-    return folder.ends_with('/') ? folder + name : folder + "/" + name;
-}
-
 } // namespace
 
 bool hasFontExtension(std::string_view fileName)
@@ -123,12 +117,17 @@ FolderContents walkFolder(const fs::path& folder)
 {
     struct Pending {
         std::string path;
+        std::size_t nameStart{}; // of the last name in it
         EntryKind kind{};
         std::size_t folder{}; // the folder it lies in
     };
     FolderContents contents;
-    std::vector<Pending> pending{{standardised(folder), EntryKind::folder, 0}};
+    std::vector<Pending> pending{{standardised(folder), 0, EntryKind::folder, 0}};
     Links links = Links::follow; // only the folder that was asked for
+    // The folder read last is kept open: what comes next often lies in it, and however deep the
+    // folders are, the way into one more is short from there.
+    OpenFolder last;
+    std::string lastPath;
     while (!pending.empty()) {
         Pending next = std::move(pending.back());
         pending.pop_back();
@@ -142,14 +141,22 @@ FolderContents walkFolder(const fs::path& folder)
         case EntryKind::folder:
             break;
         }
-        const OpenFolder open =
-            next.path.size() > Limits::pathBytes ? nullptr : openFolder(next.path, links);
+        if (next.path.size() > Limits::pathBytes) continue;
+        const std::string_view parent = std::string_view(next.path).substr(0, next.nameStart);
+        const Location location =
+            last && parent == lastPath
+                ? Location(::dirfd(last.get()), next.path.substr(next.nameStart))
+                : Location(next.path);
+        OpenFolder open = openFolder(location, links);
         links = Links::leave;
         if (!open) continue;
         const std::size_t number = contents.licenseCandidates.size();
         contents.licenseCandidates.emplace_back();
+        const std::string prefix = next.path.ends_with('/') ? next.path : next.path + "/";
         for (const Entry& entry : entries(open.get()))
-            pending.push_back({joined(next.path, entry.name), entry.kind, number});
+            pending.push_back({prefix + entry.name, prefix.size(), entry.kind, number});
+        last = std::move(open);
+        lastPath = prefix;
     }
     return contents;
 }

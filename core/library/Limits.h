@@ -34,7 +34,8 @@ inline constexpr std::size_t instances = 65536;
 /// Bytes of text in the records for the named instances of one file.
 inline constexpr std::size_t instanceTextBytes = std::size_t{64} << 20U;
 
-/// Bytes in the path of a folder that is still entered.
-inline constexpr std::size_t pathBytes = std::size_t{64} << 10U;
+/// Bytes in the path of a folder that is still entered: four times as long as programs can name
+/// one without going there step by step.
+inline constexpr std::size_t pathBytes = std::size_t{16} << 10U;
 
 } // namespace quillmark::Limits

@@ -32,7 +32,8 @@ Location::Location(const std::string& path) : m_name(path)
 
 int Location::folder() const
 {
-    return m_folder ? m_folder.number() : AT_FDCWD;
+    if (m_folder) return m_folder.number();
+    return m_from >= 0 ? m_from : AT_FDCWD;
 }
 
 std::optional<RegularFile> RegularFile::open(const std::string& path)

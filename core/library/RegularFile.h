@@ -41,12 +41,15 @@ private:
 class Location {
 public:
     explicit Location(const std::string& path);
+    /// `name` as seen from the open folder `folder`, which must stay open.
+    Location(int folder, std::string name) : m_from(folder), m_name(std::move(name)) {}
 
     /// What the system's calls ending in "at" want.
     [[nodiscard]] int folder() const;
     [[nodiscard]] const char* name() const { return m_name.c_str(); }
 
 private:
+    int m_from{-1}; // not ours to close
     Descriptor m_folder;
     std::string m_name;
 };

@@ -8,7 +8,7 @@ void PageSet::add(int page)
 {
     if (!m_runs.empty()) {
         if (page <= m_runs.back().last) return;
-        if (page == m_runs.back().last + 1) {
+        if (page - 1 == m_runs.back().last) {
             m_runs.back().last = page;
             return;
         }
@@ -22,7 +22,7 @@ PageSet PageSet::of(std::vector<Run> runs)
     PageSet result;
     for (const auto& run : runs) {
         auto& merged = result.m_runs;
-        if (!merged.empty() && run.first <= merged.back().last + 1)
+        if (!merged.empty() && run.first - 1 <= merged.back().last)
             merged.back().last = std::max(merged.back().last, run.last);
         else
             merged.push_back(run);

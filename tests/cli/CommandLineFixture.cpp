@@ -33,6 +33,18 @@ std::string replaced(std::string text, std::string_view what, std::string_view w
     return text;
 }
 
+constexpr std::uint16_t instanceStyleID = 256;
+
+/// An `fvar` table with one axis and one instance.
+Bytes variations()
+{
+    ByteWriter table;
+    table.u16(1).u16(0).u16(16).u16(2).u16(1).u16(20).u16(1).u16(8); // header
+    table.zeros(20);                                                 // the axis
+    table.u16(instanceStyleID).u16(0).zeros(4);                      // the instance
+    return table.build();
+}
+
 } // namespace
 
 PlatformFont platformFont(const FontValues& values)
@@ -45,13 +57,16 @@ PlatformFont platformFont(const FontValues& values)
     add(1, values.family);
     add(2, values.style);
     add(4, values.fullName);
+    add(6, std::u16string(values.postScriptName.begin(), values.postScriptName.end()));
     add(8, values.manufacturer);
     add(13, values.license);
     add(14, values.licenseURL);
+    add(instanceStyleID, values.instance);
     PlatformFont font;
     font.postScriptName = values.postScriptName;
     font.format = FontFormat::trueType;
     font.name = nameTable(records).build();
+    if (!values.instance.empty()) font.fvar = variations();
     if (values.fsType) font.os2 = os2Table({.fsType = *values.fsType});
     return font;
 }

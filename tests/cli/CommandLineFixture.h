@@ -10,9 +10,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace quillmark::test {
@@ -33,6 +35,7 @@ struct FontValues {
     std::u16string manufacturer{};
     std::u16string license{};
     std::u16string licenseURL{};
+    std::u16string instance{}; // the style of a named instance, which makes the font a variable one
     std::optional<std::uint16_t> fsType{};
 };
 
@@ -47,6 +50,30 @@ inline constexpr std::u16string_view openFontLicense =
 [[nodiscard]] FontValues restrictedFont();
 [[nodiscard]] FontValues unknownFont();
 [[nodiscard]] FontValues likelyOKFont();
+
+/// Has no fonts, and does something of the test's own when it is asked for the installed ones.
+class ListingFontService final : public FontService {
+public:
+    explicit ListingFontService(std::function<void()> action) : m_action(std::move(action)) {}
+
+    [[nodiscard]] std::vector<std::string> installedNames() const override
+    {
+        m_action();
+        return {};
+    }
+    [[nodiscard]] std::optional<PlatformFont> installedFont(std::string_view) const override
+    {
+        return std::nullopt;
+    }
+    [[nodiscard]] std::vector<PlatformFont> facesOf(const std::filesystem::path&,
+                                                    Faces) const override
+    {
+        return {};
+    }
+
+private:
+    std::function<void()> m_action;
+};
 
 class CommandLineFixture : public testing::Test {
 protected:

@@ -4,7 +4,6 @@
 
 #include <gmock/gmock.h>
 
-#include <regex>
 #include <sstream>
 #include <string>
 
@@ -42,7 +41,7 @@ TEST(Help, FitsEightyColumns)
 
 TEST(Help, VersionIsThreeNumbers)
 {
-    EXPECT_TRUE(std::regex_match(std::string(version()), std::regex("[0-9]+\\.[0-9]+\\.[0-9]+")));
+    EXPECT_THAT(std::string(version()), testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+"));
 }
 
 } // namespace

@@ -26,7 +26,9 @@ protected:
             EXPECT_EQ(seteuid(nobody), 0);
         }
         Outcome outcome = run(arguments);
-        if (before == 0) EXPECT_EQ(seteuid(before), 0);
+        if (before == 0) {
+            EXPECT_EQ(seteuid(before), 0);
+        }
         return outcome;
     }
 };

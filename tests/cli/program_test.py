@@ -1,0 +1,257 @@
+"""Tests of the built quillmark-cli as a process: what only shows from outside.
+
+Usage: program_test.py PROGRAM SAMPLES DOCS [unittest arguments]
+PROGRAM is quillmark-cli, SAMPLES the program that writes sample fonts and documents, DOCS the
+folder with the schema and the manuals.
+"""
+
+import json
+import os
+import pty
+import re
+import select
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import jsonschema
+
+PROGRAM, SAMPLES, DOCS = (os.path.abspath(path) for path in sys.argv[1:4])
+TIME_LIMIT = 60  # seconds; far more than anything here takes
+
+
+def document(name):
+    with open(os.path.join(DOCS, name), encoding="utf-8") as file:
+        return file.read()
+
+
+def closed(schema):
+    """A schema without room for keys that later versions may add: none is left undescribed."""
+    if isinstance(schema, list):
+        return [closed(part) for part in schema]
+    if not isinstance(schema, dict):
+        return schema
+    parts = {key: closed(part) for key, part in schema.items()}
+    return {**parts, "additionalProperties": False} if schema.get("type") == "object" else parts
+
+
+def run(*arguments, **options):
+    options.setdefault("stdin", subprocess.DEVNULL)
+    options.setdefault("stdout", subprocess.PIPE)
+    options.setdefault("stderr", subprocess.PIPE)
+    return subprocess.run([PROGRAM, *arguments], timeout=TIME_LIMIT, **options)
+
+
+def run_on_terminal(*arguments, environment):
+    """Everything that a run writes to a terminal of 80 columns."""
+    child, terminal = pty.fork()
+    if child == 0:
+        os.execve(PROGRAM, [PROGRAM, *arguments], environment)
+    written = b""
+    while True:
+        ready, _, _ = select.select([terminal], [], [], TIME_LIMIT)
+        try:
+            piece = os.read(terminal, 65536) if ready else b""
+        except OSError:  # the other side is closed
+            piece = b""
+        if not piece:
+            break
+        written += piece
+    os.close(terminal)
+    _, status = os.waitpid(child, 0)
+    return os.waitstatus_to_exitcode(status), written.decode("utf-8")
+
+
+class ProgramTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.temporary = tempfile.TemporaryDirectory()
+        cls.folder = cls.temporary.name
+        subprocess.run([SAMPLES, cls.folder], check=True, timeout=TIME_LIMIT)
+        cls.fonts = os.path.join(cls.folder, "Fonts")
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.temporary.cleanup()
+
+    def at(self, name):
+        return os.path.join(self.folder, name)
+
+
+class JsonTest(ProgramTest):
+    """Real output is valid against the published schema."""
+
+    def report(self, *arguments, exit_code=0):
+        result = run(*arguments, "--format", "json")
+        self.assertEqual(result.returncode, exit_code, result.stderr)
+        report = json.loads(result.stdout.decode("utf-8"))
+        schema = closed(json.loads(document("schema/quillmark.schema.json")))
+        validator = jsonschema.validators.validator_for(schema)
+        validator.check_schema(schema)
+        validator(schema).validate(report)
+        # A schema that lets everything pass would prove nothing.
+        with self.assertRaises(jsonschema.ValidationError):
+            validator(schema).validate({**report, "lists": [{}]})
+        return report
+
+    def test_installed(self):
+        report = self.report("installed")
+        self.assertEqual([entry["kind"] for entry in report["lists"]], ["installed"])
+
+    def test_scan_of_a_folder_and_a_file_with_an_error(self):
+        report = self.report(
+            "scan", self.fonts, self.at("Fonts/cedar.ttf"), self.at("gone"), exit_code=3
+        )
+        self.assertEqual([len(entry["rows"]) for entry in report["lists"]], [2, 1])
+        self.assertEqual(
+            report["errors"],
+            [{"path": self.at("gone"), "message": "No such file or directory"}],
+        )
+
+    def test_check_with_and_without_a_match(self):
+        report = self.report(
+            "check", self.at("document.pdf"), "--fonts", self.fonts, "--no-installed"
+        )
+        (row,) = report["lists"][0]["rows"]
+        self.assertEqual(row["pdf"]["matchedPath"], self.at("Fonts/cedar.ttf"))
+        report = self.report(
+            "check", self.at("document.pdf"), self.at("gone.pdf"), "--no-installed", exit_code=3
+        )
+        (row,) = report["lists"][0]["rows"]
+        self.assertNotIn("matchedPath", row["pdf"])
+
+
+class StreamsTest(ProgramTest):
+    def test_a_closed_pipe_ends_the_program_quietly(self):
+        reader, writer = os.pipe()
+        os.close(reader)
+        result = run("scan", self.fonts, stdout=writer)
+        os.close(writer)
+        self.assertEqual((result.returncode, result.stderr), (141, b""))
+
+    def test_closed_standard_output_is_reported(self):
+        result = subprocess.run(
+            ["/bin/sh", "-c", '"$0" scan "$1" >&-', PROGRAM, self.fonts],
+            stderr=subprocess.PIPE,
+            timeout=TIME_LIMIT,
+        )
+        self.assertEqual(result.returncode, 4)
+        self.assertIn(b"standard output could not be written", result.stderr)
+
+    def test_with_all_standard_streams_closed_the_output_file_gets_the_report_only(self):
+        result = subprocess.run(
+            [
+                "/bin/sh",
+                "-c",
+                '"$0" scan "$1" /nowhere -o "$2" <&- >&- 2>&-',
+                PROGRAM,
+                self.fonts,
+                self.at("report.txt"),
+            ],
+            timeout=TIME_LIMIT,
+        )
+        self.assertEqual(result.returncode, 3)
+        with open(self.at("report.txt"), encoding="utf-8") as file:
+            report = file.read()
+        self.assertTrue(report.startswith("Fonts\n"), report)
+        self.assertNotIn("/nowhere", report)
+
+    def test_appending_to_standard_output_under_its_device_name(self):
+        with open(self.at("log"), "wb") as file:
+            file.write(b"before\n")
+        with open(self.at("log"), "ab") as file:
+            run("scan", self.fonts, "-o", "/dev/stdout", stdout=file)
+        with open(self.at("log"), "rb") as file:
+            self.assertTrue(file.read().startswith(b"before\nFonts\n"))
+
+    def test_ctrl_c_exits_with_130(self):
+        reader, writer = self.full_pipe()
+        terminal, program_side = pty.openpty()
+        process = subprocess.Popen(
+            [PROGRAM, "scan", self.fonts], stdout=writer, stderr=program_side
+        )
+        os.close(program_side)
+        os.close(writer)
+        # It has started when it shows progress, and it cannot end while nobody reads the pipe.
+        self.assertIn("Scanning", os.read(terminal, 4096).decode("utf-8"))
+        process.send_signal(signal.SIGINT)
+        self.assertEqual(process.wait(TIME_LIMIT), 130)
+        os.close(reader)
+        os.close(terminal)
+
+    @staticmethod
+    def full_pipe():
+        reader, writer = os.pipe()
+        os.set_blocking(writer, False)
+        try:
+            while True:
+                os.write(writer, b"x")
+        except BlockingIOError:
+            os.set_blocking(writer, True)
+        return reader, writer
+
+
+class TerminalTest(ProgramTest):
+    def test_a_terminal_gets_color_and_no_color_is_respected(self):
+        environment = {**os.environ, "TERM": "xterm"}
+        environment.pop("NO_COLOR", None)
+        code, text = run_on_terminal("-q", "scan", self.fonts, environment=environment)
+        self.assertEqual(code, 0)
+        self.assertIn("\x1b[31m", text)
+        for plain in ({"NO_COLOR": "1"}, {"TERM": "dumb"}):
+            code, text = run_on_terminal(
+                "-q", "scan", self.fonts, environment={**environment, **plain}
+            )
+            self.assertEqual(code, 0)
+            self.assertNotIn("\x1b", text)
+        code, text = run_on_terminal(
+            "-q", "scan", self.fonts, environment={**environment, "NO_COLOR": ""}
+        )
+        self.assertIn("\x1b[31m", text)
+
+    def test_progress_is_erased_before_the_report(self):
+        environment = {**os.environ, "TERM": "xterm", "NO_COLOR": "1"}
+        code, text = run_on_terminal("scan", self.fonts, environment=environment)
+        self.assertEqual(code, 0)
+        self.assertRegex(text, re.escape("\r\x1b[KScanning Fonts…\r\x1b[KFonts\r\n"))
+
+    def test_lines_fit_the_terminal(self):
+        environment = {**os.environ, "TERM": "xterm", "NO_COLOR": "1"}
+        _, text = run_on_terminal(
+            "-q", "scan", self.at("Fonts/acme.ttf"), environment=environment
+        )
+        for line in text.split("\r\n")[2:]:  # the first two are the name and the path
+            self.assertLessEqual(len(line), 80, line)
+
+
+class DocumentationTest(unittest.TestCase):
+    """The manual, the manual page and --help tell the same."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.help = run("--help").stdout.decode("utf-8")
+
+    def test_all_name_the_same_options(self):
+        options = self.options(self.help)
+        self.assertEqual(len(options), 9)
+        self.assertEqual(self.options(document("command-line.md")), options)
+        self.assertEqual(self.options(document("man/quillmark-cli.1.scd")), options)
+
+    def test_all_name_the_same_exit_codes(self):
+        codes = set(re.findall(r"(?m)^ +([0-9]+)   [A-Za-z]", self.help))
+        self.assertEqual(codes, {"0", "1", "2", "3", "4", "70", "130"})
+        codes.add("141")  # of interest to few, so it is not in the help
+        self.assertEqual(set(re.findall(r"(?m)^\| ([0-9]+) \|", document("command-line.md"))), codes)
+        self.assertEqual(
+            set(re.findall(r"(?m)^\*([0-9]+)\*$", document("man/quillmark-cli.1.scd"))), codes
+        )
+
+    @staticmethod
+    def options(text):
+        return set(re.findall(r"--[a-z]+(?:-[a-z]+)*", text))
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], "-v", *sys.argv[4:]])

@@ -1,0 +1,35 @@
+#include "library/Parallel.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <vector>
+
+namespace quillmark {
+namespace {
+
+TEST(Parallel, DoesEachIndexOnce)
+{
+    for (const std::size_t count : {0U, 1U, 15U, 16U, 17U, 1000U}) {
+        std::vector<std::atomic<int>> calls(count);
+        forEachIndex(count, [&](std::size_t i) { ++calls[i]; });
+        for (const auto& number : calls)
+            EXPECT_EQ(number, 1);
+    }
+}
+
+TEST(Parallel, ThrowsAgainWhatTheWorkThrows)
+{
+    std::atomic<int> calls{0};
+    EXPECT_THROW(forEachIndex(10000,
+                              [&](std::size_t i) {
+                                  ++calls;
+                                  if (i == 3) throw std::runtime_error("third");
+                              }),
+                 std::runtime_error);
+    EXPECT_GE(calls, 4);
+}
+
+} // namespace
+} // namespace quillmark
