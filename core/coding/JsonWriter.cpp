@@ -1,6 +1,5 @@
 #include "coding/JsonWriter.h"
 
-#include <algorithm>
 #include <array>
 #include <cassert>
 #include <charconv>
@@ -39,13 +38,9 @@ std::size_t plainSize(std::string_view text)
     std::size_t size = 0;
     while (text.size() - size >= blockSize && isPlainBlock(text.data() + size))
         size += blockSize;
-    if (text.size() - size < blockSize) {
-        // Nearly all texts are plain to their ends, which fill up to a block.
-        std::array<char, blockSize> end{};
-        end.fill(' ');
-        std::copy(text.begin() + static_cast<std::ptrdiff_t>(size), text.end(), end.begin());
-        if (isPlainBlock(end.data())) return text.size();
-    }
+    // What is left of a long text is the end of one more block, which overlaps the last one.
+    const bool isAtLastBlock = size > 0 && text.size() - size < blockSize;
+    if (isAtLastBlock && isPlainBlock(text.data() + text.size() - blockSize)) return text.size();
     while (size < text.size() && isPlain[static_cast<unsigned char>(text[size])])
         ++size;
     return size;

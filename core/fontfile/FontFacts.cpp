@@ -76,7 +76,7 @@ std::vector<FontFacts> FontFacts::read(std::span<const std::byte> data,
     std::size_t budget = NameTable::maximumFileBytes;
     for (const SFNTFace& face : faces) {
         facts.push_back(
-            fromNames(face.name ? NameTable::strings(*face.name, budget) : NameStrings{},
+            fromNames(face.name ? NameTable::strings(*face.name, budget, nameIDs) : NameStrings{},
                       face.os2 ? OS2Info::read(*face.os2) : std::nullopt, "Unnamed font", filePath,
                       std::string(face.outlines), origin));
     }

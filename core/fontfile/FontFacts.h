@@ -57,6 +57,23 @@ struct FontFacts {
     std::optional<std::string> format; // a FormatLabel
     FontOrigin origin{};
 
+    /// The names that facts are made from.
+    static constexpr std::array nameIDs{
+        NameID::copyright,
+        NameID::family,
+        NameID::subfamily,
+        NameID::fullName,
+        NameID::postScriptName,
+        NameID::trademark,
+        NameID::manufacturer,
+        NameID::designer,
+        NameID::vendorURL,
+        NameID::licenseDescription,
+        NameID::licenseURL,
+        NameID::typographicFamily,
+        NameID::typographicSubfamily,
+    };
+
     /// Facts from name strings. `fallbackName` stands in where the names give no family or no
     /// PostScript name.
     [[nodiscard]] static FontFacts fromNames(NameStrings names, std::optional<OS2Info> os2,

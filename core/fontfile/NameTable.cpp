@@ -76,7 +76,15 @@ std::optional<Candidate> candidate(const ByteReader& record, const ByteReader& t
     return Candidate{*record.u16(6), how->rank, how->encoding, 0, *bytes};
 }
 
-std::vector<Candidate> candidates(const ByteReader& table)
+/// Absent: all identifiers.
+using Wanted = std::optional<std::span<const NameID>>;
+
+bool isWanted(std::uint16_t id, const Wanted& wanted)
+{
+    return !wanted || std::ranges::find(*wanted, static_cast<NameID>(id)) != wanted->end();
+}
+
+std::vector<Candidate> candidates(const ByteReader& table, const Wanted& wanted)
 {
     std::vector<Candidate> found;
     const auto count = table.u16(2);
@@ -87,7 +95,7 @@ std::vector<Candidate> candidates(const ByteReader& table)
         const auto record = table.slice(recordsStart + i * recordSize, recordSize);
         if (!record) break; // the records behind it lie past the end as well
         auto next = candidate(ByteReader(*record), table, *stringOffset);
-        if (!next) continue;
+        if (!next || !isWanted(next->nameID, wanted)) continue;
         next->position = i;
         found.push_back(*next);
     }
@@ -111,6 +119,30 @@ bool spend(std::size_t& budget, std::size_t amount)
     return true;
 }
 
+NameStrings chosen(std::span<const std::byte> table, std::size_t& budget, const Wanted& wanted)
+{
+    NameStrings strings;
+    const ByteReader reader(table);
+    if (reader.size() < recordsStart) return strings;
+    const std::size_t records = std::min<std::size_t>(*reader.u16(2) * recordSize, reader.size());
+    if (!spend(budget, records)) return strings;
+
+    std::vector<Candidate> ordered = candidates(reader, wanted);
+    std::ranges::sort(ordered, isPreferred);
+    std::size_t textLeft = std::min(budget, NameTable::maximumTextBytes);
+    const std::size_t textBefore = textLeft;
+    for (const Candidate& candidate : ordered) {
+        // The best string of an identifier is decoded; the others only while those before them turn
+        // out to be blank.
+        if (!strings.empty() && std::prev(strings.end())->first == candidate.nameID) continue;
+        if (!spend(textLeft, candidate.bytes.size())) continue;
+        std::string text = decoded(candidate);
+        if (!text.empty()) strings.add(candidate.nameID, std::move(text));
+    }
+    budget -= textBefore - textLeft;
+    return strings;
+}
+
 } // namespace
 
 std::optional<NameID> nameID(std::uint16_t raw)
@@ -128,26 +160,13 @@ NameStrings NameTable::strings(std::span<const std::byte> table)
 
 NameStrings NameTable::strings(std::span<const std::byte> table, std::size_t& budget)
 {
-    NameStrings strings;
-    const ByteReader reader(table);
-    if (reader.size() < recordsStart) return strings;
-    const std::size_t records = std::min<std::size_t>(*reader.u16(2) * recordSize, reader.size());
-    if (!spend(budget, records)) return strings;
+    return chosen(table, budget, std::nullopt);
+}
 
-    std::vector<Candidate> ordered = candidates(reader);
-    std::ranges::sort(ordered, isPreferred);
-    std::size_t textLeft = std::min(budget, maximumTextBytes);
-    const std::size_t textBefore = textLeft;
-    for (const Candidate& candidate : ordered) {
-        // The best string of an identifier is decoded; the others only while those before them turn
-        // out to be blank.
-        if (!strings.empty() && std::prev(strings.end())->first == candidate.nameID) continue;
-        if (!spend(textLeft, candidate.bytes.size())) continue;
-        std::string text = decoded(candidate);
-        if (!text.empty()) strings.emplace_hint(strings.end(), candidate.nameID, std::move(text));
-    }
-    budget -= textBefore - textLeft;
-    return strings;
+NameStrings NameTable::strings(std::span<const std::byte> table, std::size_t& budget,
+                               std::span<const NameID> wanted)
+{
+    return chosen(table, budget, wanted);
 }
 
 } // namespace quillmark

@@ -1,13 +1,13 @@
 // The OpenType `name` table: one string per name identifier.
 #pragma once
 
+#include "fontfile/NameStrings.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <span>
-#include <string>
 
 namespace quillmark {
 
@@ -52,9 +52,6 @@ inline constexpr std::array allNameIDs{
 /// The NameID with this identifier; absent for any other number.
 [[nodiscard]] std::optional<NameID> nameID(std::uint16_t raw);
 
-/// Strings by name identifier, not limited to the cases of NameID.
-using NameStrings = std::map<std::uint16_t, std::string>;
-
 namespace NameTable {
 
 /// The most text, in bytes as stored, that is decoded from one table. No real font comes near it;
@@ -75,6 +72,10 @@ inline constexpr std::size_t maximumFileBytes = std::size_t{64} << 20U;
 /// as maximumFileBytes; a table whose records go beyond it yields nothing, a string that does is
 /// left out.
 [[nodiscard]] NameStrings strings(std::span<const std::byte> table, std::size_t& budget);
+
+/// The same for these identifiers only; the text of others costs nothing.
+[[nodiscard]] NameStrings strings(std::span<const std::byte> table, std::size_t& budget,
+                                  std::span<const NameID> wanted);
 
 } // namespace NameTable
 } // namespace quillmark

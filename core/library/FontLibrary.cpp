@@ -52,7 +52,7 @@ FontFacts factsFromNames(NameStrings names, const PlatformFont& font, FontOrigin
         const auto identifier = static_cast<std::uint16_t>(id);
         const auto found = font.names.find(identifier);
         if (found != font.names.end() && !found->second.empty())
-            names.try_emplace(identifier, found->second);
+            names.add(identifier, found->second);
     }
     std::optional<std::string> path;
     if (font.path) path = repairedUtf8(font.path->native());
@@ -66,11 +66,11 @@ FontFacts factsFromNames(NameStrings names, const PlatformFont& font, FontOrigin
     return facts;
 }
 
-/// The strings of the font's `name` table. `budget` is how much of such tables may still be read
-/// for its file.
+/// The strings of the font's `name` table that facts are made from. `budget` is how much of such
+/// tables may still be read for its file.
 NameStrings tableNames(std::size_t& budget, const PlatformFont& font)
 {
-    return font.name ? NameTable::strings(*font.name, budget) : NameStrings{};
+    return font.name ? NameTable::strings(*font.name, budget, FontFacts::nameIDs) : NameStrings{};
 }
 
 /// A record and the file it is from. Two files can differ although their paths look alike: what is
@@ -176,7 +176,8 @@ FileInstances instancesOf(const FontService& service, const std::string& file)
     std::size_t instancesLeft = Limits::instances;
     for (const PlatformFont& face : service.facesOf(file, Faces::variable)) {
         if (!face.fvar) continue;
-        const NameStrings names = tableNames(budget, face);
+        const NameStrings names =
+            face.name ? NameTable::strings(*face.name, budget) : NameStrings{};
         auto ofFace = VariationInstances::read(*face.fvar, names);
         if (ofFace.size() > instancesLeft) break;
         instancesLeft -= ofFace.size();

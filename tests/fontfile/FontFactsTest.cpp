@@ -225,7 +225,8 @@ TEST(FontFacts, FacesThatShareAnOrdinaryNameTableAllHaveTheirNames)
 
 TEST(FontFacts, FacesBehindTheBudgetOfAFileKeepTheirPlaceWithoutNames)
 {
-    // Every face asks for just under 16 MiB of text, so three whole ones and most of a fourth fit.
+    // Every face asks for 3072 bytes of records and 13 strings, 855014 bytes together: 78 whole ones
+    // fit into 64 MiB, and six strings of the next.
     ByteWriter names;
     names.u16(0).u16(256).u16(6 + 12 * 256);
     for (std::uint16_t id = 0; id < 256; ++id)
@@ -235,8 +236,10 @@ TEST(FontFacts, FacesBehindTheBudgetOfAFileKeepTheirPlaceWithoutNames)
 
     const auto facts = FontFacts::read(facesSharing(names.build(), 9999), {}, FontOrigin::folder);
     ASSERT_THAT(facts, SizeIs(9999));
-    EXPECT_EQ(facts[3].family, std::string(32767, 'x'));
-    EXPECT_EQ(facts[4].family, "Unnamed font");
+    EXPECT_EQ(facts[77].licenseURL, std::string(32767, 'x'));
+    EXPECT_EQ(facts[78].family, std::string(32767, 'x'));
+    EXPECT_EQ(facts[78].licenseURL, std::nullopt);
+    EXPECT_EQ(facts[79].family, "Unnamed font");
     EXPECT_EQ(facts[9998].family, "Unnamed font");
     EXPECT_EQ(facts[9998].format, "OpenType (CFF)");
 }

@@ -77,7 +77,7 @@ TEST(VariationInstances, OwnNameThatTheNameTableLacksIsMadeFromTheStyle)
 TEST(VariationInstances, NumberThatStandsForNoOwnNameIsNeverLookedUp)
 {
     NameStrings names = foo;
-    names[0xFFFF] = "Surprise";
+    names.add(0xFFFF, "Surprise");
     EXPECT_THAT(read(fvar({{256, 0xFFFF}}), names),
                 ElementsAre(VariationInstance{"Foo-Light", "Light", "Foo Light"}));
 }
@@ -85,7 +85,7 @@ TEST(VariationInstances, NumberThatStandsForNoOwnNameIsNeverLookedUp)
 TEST(VariationInstances, Name25IsThePrefixBeforeName6)
 {
     NameStrings names = foo;
-    names[25] = "FooVariable";
+    names.add(25, "FooVariable");
     EXPECT_THAT(read(fvar({{256}}), names),
                 ElementsAre(VariationInstance{"FooVariable-Light", "Light", "Foo Light"}));
 }
@@ -107,7 +107,7 @@ TEST(VariationInstances, PrefixFromName6IsWhatStandsBeforeItsLastHyphen)
 TEST(VariationInstances, FullNamePrefersTheTypographicFamily)
 {
     NameStrings names = foo;
-    names[16] = "Foo Sans";
+    names.add(16, "Foo Sans");
     EXPECT_EQ(read(fvar({{256}}), names).at(0).fullName, "Foo Sans Light");
 }
 
@@ -138,7 +138,7 @@ TEST(VariationInstances, InstanceWithoutAnyPostScriptNameIsLeftOut)
 TEST(VariationInstances, StyleMayShareTheFontsOwnSubfamilyName)
 {
     NameStrings names = foo;
-    names[2] = "Regular";
+    names.add(2, "Regular");
     EXPECT_THAT(read(fvar({{2}}), names),
                 ElementsAre(VariationInstance{"Foo-Regular", "Regular", "Foo Regular"}));
 }
