@@ -34,5 +34,7 @@ int main(int argc, char** argv)
     }
     root = argv[1];
     quillmark::fuzz::writeFontFileSeeds();
+    quillmark::fuzz::writeLibrarySeeds();
+    quillmark::fuzz::writePDFSeeds();
     return EXIT_SUCCESS;
 }
