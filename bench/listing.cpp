@@ -9,8 +9,7 @@
 int main()
 {
     FcConfig* config = ::FcInitLoadConfigAndFonts();
-    const FcFontSet* fonts =
-        config == nullptr ? nullptr : ::FcConfigGetFonts(config, FcSetSystem);
+    const FcFontSet* fonts = config == nullptr ? nullptr : ::FcConfigGetFonts(config, FcSetSystem);
     if (fonts == nullptr) {
         std::fputs("fontconfig has no configuration\n", stderr);
         return EXIT_FAILURE;
