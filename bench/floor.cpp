@@ -98,7 +98,7 @@ void walk(const std::string& folder, Count& count)
 {
     DIR* open = ::opendir(folder.c_str());
     if (open == nullptr) return;
-    while (const dirent* entry = ::readdir(open)) { // NOLINT(concurrency-mt-unsafe)
+    while (const dirent* entry = ::readdir(open)) {
         const std::string_view name = entry->d_name;
         if (name.starts_with('.')) continue;
         const std::string path = folder + "/" + entry->d_name;

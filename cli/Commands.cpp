@@ -183,7 +183,7 @@ FontIndex Run::makeIndex(const std::vector<fs::path>& folders)
     for (const fs::path& folder : folders)
         append(fonts, fontsOfFolder(folder));
     const auto instances = FontLibrary::namedInstances(m_environment.fonts, fonts);
-    return FontIndex(fonts, m_options.matchInstalled, instances);
+    return {fonts, m_options.matchInstalled, instances};
 }
 
 std::optional<FontList> Run::checked(const fs::path& path, const PDFFontScanner::Lookup& lookup)

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <fcntl.h>
 #include <poll.h>
 #include <system_error>
 #include <unistd.h>
@@ -13,6 +14,12 @@ int FileDescriptor::close()
     const int descriptor = std::exchange(m_descriptor, -1);
     if (descriptor < 0 || ::close(descriptor) == 0 || errno == EINTR) return 0;
     return errno;
+}
+
+FileDescriptor openFile(const std::filesystem::path& path, int flags)
+{
+    return FileDescriptor(
+        open(path.c_str(), flags | O_CLOEXEC)); // NOLINT(cppcoreguidelines-pro-type-vararg)
 }
 
 int writeAll(int descriptor, std::string_view bytes)

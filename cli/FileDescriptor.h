@@ -1,6 +1,7 @@
 // Writing to and closing POSIX file descriptors.
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,6 +14,8 @@ public:
     FileDescriptor() = default;
     explicit FileDescriptor(int descriptor) : m_descriptor(descriptor) {}
     ~FileDescriptor() { static_cast<void>(close()); }
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
     FileDescriptor(FileDescriptor&& other) noexcept
         : m_descriptor(std::exchange(other.m_descriptor, -1))
     {
@@ -31,6 +34,10 @@ public:
 private:
     int m_descriptor{-1};
 };
+
+/// Opens `path` with the flags of open(2), and for no program that is started; errno tells why it
+/// is not open.
+[[nodiscard]] FileDescriptor openFile(const std::filesystem::path& path, int flags);
 
 /// Writes all of `bytes`; zero or the system's error number.
 [[nodiscard]] int writeAll(int descriptor, std::string_view bytes);

@@ -67,8 +67,8 @@ std::variant<InputKind, ReadFailure> inspect(const fs::path& path)
     // Opening a pipe would wait for somebody to write into it.
     if (!isFolder && !S_ISREG(status.st_mode))
         return ReadFailure{"Neither a folder nor a regular file"};
-    const FileDescriptor file(open(path.c_str(), isFolder ? O_RDONLY | O_DIRECTORY | O_CLOEXEC
-                                                          : O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const FileDescriptor file =
+        openFile(path, isFolder ? O_RDONLY | O_DIRECTORY : O_RDONLY | O_NONBLOCK);
     if (!file.isOpen()) return ReadFailure{errorText(errno)};
     return isFolder ? InputKind::folder : InputKind::file;
 }

@@ -5,19 +5,21 @@
 
 #include <array>
 #include <atomic>
+#include <climits>
 #include <csignal>
 #include <cstring>
-#include <limits.h>
 #include <unistd.h>
 
 namespace quillmark::cli::Interruption {
 namespace {
 
 // A signal handler reaches nothing but objects like these, and may run on any thread.
+// NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables)
 std::array<char, PATH_MAX> removedPath{};
 std::atomic<bool> removes{false};
 constexpr int noTerminal = -1;
 std::atomic<int> progressTerminal{noTerminal};
+// NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 
 /// Calls only what POSIX allows in a signal handler.
@@ -32,7 +34,7 @@ void endProgram(int signal)
     if (signal == SIGINT) _exit(static_cast<int>(ExitCode::interrupted));
     // The handler was reset when it was called, so this time the signal does what it does by
     // default.
-    raise(signal);
+    static_cast<void>(raise(signal));
 }
 
 } // namespace

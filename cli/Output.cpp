@@ -20,8 +20,10 @@ constexpr mode_t permissionBits = 07777;
 
 mode_t defaultMode()
 {
+    // NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs yet
     const mode_t mask = umask(0);
     umask(mask);
+    // NOLINTEND(concurrency-mt-unsafe)
     return 0666 & ~mask;
 }
 
@@ -37,7 +39,7 @@ Output::Output(const std::optional<fs::path>& file, const Stream& standardOutput
         return;
     }
     m_name = file->native();
-    openFile(*file);
+    openTarget(*file);
     m_descriptor = m_file.get();
 }
 
@@ -46,13 +48,13 @@ Output::~Output()
     if (!m_temporary.empty()) unlink(m_temporary.c_str());
 }
 
-void Output::openFile(const fs::path& file)
+void Output::openTarget(const fs::path& file)
 {
     struct stat status {};
     const bool exists = stat(file.c_str(), &status) == 0;
     if (!exists && errno != ENOENT) return fail(errno);
     if (exists && !S_ISREG(status.st_mode)) {
-        m_file = FileDescriptor(open(file.c_str(), O_WRONLY | O_CLOEXEC));
+        m_file = openFile(file, O_WRONLY);
         if (!m_file.isOpen()) fail(errno);
         return;
     }
@@ -70,14 +72,14 @@ void Output::makeTemporary(unsigned mode)
     sigset_t all;
     sigset_t before;
     sigfillset(&all);
-    sigprocmask(SIG_BLOCK, &all, &before);
+    pthread_sigmask(SIG_BLOCK, &all, &before);
     m_file = FileDescriptor(mkostemp(name.data(), O_CLOEXEC));
     const int error = errno;
     if (m_file.isOpen()) {
         m_temporary = name;
         m_removal.emplace(m_temporary);
     }
-    sigprocmask(SIG_SETMASK, &before, nullptr);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
     if (!m_file.isOpen()) return fail(error);
     if (fchmod(m_file.get(), mode) != 0) fail(errno);
 }

@@ -43,7 +43,7 @@ public:
     [[nodiscard]] const std::optional<OutputError>& error() const { return m_error; }
 
 private:
-    void openFile(const std::filesystem::path& file);
+    void openTarget(const std::filesystem::path& file);
     void makeTemporary(unsigned mode);
     void write();
     void fail(int errorNumber);

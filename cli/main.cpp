@@ -12,6 +12,8 @@
 
 namespace {
 
+// NOLINTBEGIN(cppcoreguidelines-pro-type-vararg): the system's own functions
+
 using quillmark::cli::Stream;
 
 /// With a standard stream closed, the next file to be opened would take its place and get what was
@@ -33,9 +35,11 @@ Stream stream(int descriptor)
     return {descriptor, size.ws_col};
 }
 
+// NOLINTEND(cppcoreguidelines-pro-type-vararg)
+
 std::string_view variable(const char* name)
 {
-    const char* value = std::getenv(name);
+    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): one thread only
     return value == nullptr ? std::string_view() : value;
 }
 
@@ -44,7 +48,7 @@ std::string_view variable(const char* name)
 int main(int argumentCount, char** arguments)
 {
     openMissingStreams();
-    std::signal(SIGPIPE, SIG_IGN); // a closed pipe is an error of the write
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); // a closed pipe is an error of the write
     quillmark::cli::Interruption::install();
     const quillmark::SystemFontService fonts;
     const quillmark::cli::Environment environment{

@@ -16,15 +16,17 @@ print_usage() {
 }
 
 # How many compilers may run at once: one for each core, but no more than memory holds. A source of
-# ours with its tests takes up to 900 MB under the sanitizers; a container's limit counts as memory.
+# ours with its tests takes up to 550 MB under the sanitizers; a container's limit counts as memory.
 build_jobs() {
-    local memory limit jobs
+    local memory file limit jobs
     memory=$(awk '/^MemAvailable:/ { print int($2 / 1024) }' /proc/meminfo)
-    limit=$(cat /sys/fs/cgroup/memory.max 2>/dev/null || echo max)
-    if [[ $limit =~ ^[0-9]+$ ]] && ((limit / 1048576 < memory)); then
-        memory=$((limit / 1048576))
-    fi
-    jobs=$((memory / 900))
+    for file in /sys/fs/cgroup/memory.max /sys/fs/cgroup/memory/memory.limit_in_bytes; do
+        limit=$(cat "$file" 2>/dev/null || echo max)
+        if [[ $limit =~ ^[0-9]{1,18}$ ]] && ((limit / 1048576 < memory)); then
+            memory=$((limit / 1048576))
+        fi
+    done
+    jobs=$((memory / 700))
     ((jobs > $(nproc))) && jobs=$(nproc)
     ((jobs < 1)) && jobs=1
     echo "$jobs"

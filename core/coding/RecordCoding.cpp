@@ -343,33 +343,33 @@ std::string encodeDate(system_clock::time_point time)
 }
 
 template <>
-std::optional<FontFacts> decode<FontFacts>(std::string_view text)
+std::optional<FontFacts> decode<FontFacts>(std::string_view json)
 {
-    return decodeRecord<FontFacts>(text);
+    return decodeRecord<FontFacts>(json);
 }
 
 template <>
-std::optional<Assessment> decode<Assessment>(std::string_view text)
+std::optional<Assessment> decode<Assessment>(std::string_view json)
 {
-    return decodeRecord<Assessment>(text);
+    return decodeRecord<Assessment>(json);
 }
 
 template <>
-std::optional<PDFFontInfo> decode<PDFFontInfo>(std::string_view text)
+std::optional<PDFFontInfo> decode<PDFFontInfo>(std::string_view json)
 {
-    return decodeRecord<PDFFontInfo>(text);
+    return decodeRecord<PDFFontInfo>(json);
 }
 
 template <>
-std::optional<AuditRow> decode<AuditRow>(std::string_view text)
+std::optional<AuditRow> decode<AuditRow>(std::string_view json)
 {
-    return decodeRecord<AuditRow>(text);
+    return decodeRecord<AuditRow>(json);
 }
 
 template <>
-std::optional<DocumentAudit> decode<DocumentAudit>(std::string_view text)
+std::optional<DocumentAudit> decode<DocumentAudit>(std::string_view json)
 {
-    return decodeRecord<DocumentAudit>(text);
+    return decodeRecord<DocumentAudit>(json);
 }
 
 } // namespace quillmark

@@ -85,8 +85,8 @@ std::vector<Entry> entries(DIR* folder)
 {
     std::vector<Entry> found;
     // Every walk has a folder stream of its own, so that readdir is safe here.
-    while (const dirent* entry = ::readdir(folder)) { // NOLINT(concurrency-mt-unsafe)
-        if (entry->d_name[0] == '.') continue;        // hidden, or the folder and its parent
+    while (const dirent* entry = ::readdir(folder)) {
+        if (entry->d_name[0] == '.') continue; // hidden, or the folder and its parent
         if (const auto kind = entryKind(folder, *entry)) found.push_back({entry->d_name, *kind});
     }
     std::ranges::sort(found, std::ranges::greater{}, &Entry::name);
