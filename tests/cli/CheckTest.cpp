@@ -265,8 +265,8 @@ TEST_F(Matching, WithoutInstalledFontsLeavesOutTheSystemsLookUpByName)
             font.path = "/system/found";
             return font;
         }
-        [[nodiscard]] std::vector<PlatformFont> facesOf(const std::filesystem::path&,
-                                                        Faces) const override
+        [[nodiscard]] std::vector<PlatformFont> facesOf(const std::filesystem::path& /*file*/,
+                                                        Faces /*which*/) const override
         {
             return {};
         }

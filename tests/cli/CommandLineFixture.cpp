@@ -102,7 +102,7 @@ FontValues likelyOKFont()
 std::filesystem::path CommandLineFixture::addFile(const std::filesystem::path& relative,
                                                   const std::vector<FontValues>& faces)
 {
-    const std::filesystem::path path = folder.write(relative, "stands for a font");
+    std::filesystem::path path = folder.write(relative, "stands for a font");
     for (const FontValues& values : faces) {
         fakeFonts.files[path].push_back(platformFont(values));
         fakeFonts.files[path].back().path = path;

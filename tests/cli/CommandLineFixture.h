@@ -61,12 +61,13 @@ public:
         m_action();
         return {};
     }
-    [[nodiscard]] std::optional<PlatformFont> installedFont(std::string_view) const override
+    [[nodiscard]] std::optional<PlatformFont>
+    installedFont(std::string_view /*postScriptName*/) const override
     {
         return std::nullopt;
     }
-    [[nodiscard]] std::vector<PlatformFont> facesOf(const std::filesystem::path&,
-                                                    Faces) const override
+    [[nodiscard]] std::vector<PlatformFont> facesOf(const std::filesystem::path& /*file*/,
+                                                    Faces /*which*/) const override
     {
         return {};
     }

@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <csignal>
 #include <fcntl.h>
 #include <stdexcept>
@@ -16,7 +17,6 @@ namespace quillmark::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::Optional;
 using testing::StartsWith;
 
@@ -123,7 +123,7 @@ TEST_F(OutputFile, CanBeStandardOutputAsADash)
 TEST_F(OutputFile, CanBeAPipe)
 {
     ASSERT_EQ(mkfifo(at("pipe").c_str(), 0600), 0);
-    const cli::FileDescriptor reader(open(at("pipe").c_str(), O_RDONLY | O_NONBLOCK));
+    const cli::FileDescriptor reader = cli::openFile(at("pipe"), O_RDONLY | O_NONBLOCK);
     EXPECT_EQ(run({"installed", "-o", at("pipe")}).exitCode, 0);
     std::string piece(15, ' ');
     EXPECT_EQ(read(reader.get(), piece.data(), piece.size()), 15);
@@ -161,12 +161,12 @@ class StandardOutput : public CommandLineFixture {
 protected:
     StandardOutput() { addInstalled(likelyOKFont()); }
 
-    cli::FileDescriptor null{open("/dev/null", O_WRONLY)};
+    cli::FileDescriptor null{cli::openFile("/dev/null", O_WRONLY)};
 };
 
 TEST_F(StandardOutput, ThatIsFullIsReported)
 {
-    const cli::FileDescriptor full(open("/dev/full", O_WRONLY));
+    const cli::FileDescriptor full = cli::openFile("/dev/full", O_WRONLY);
     EXPECT_EQ(runTo(full.get(), null.get(), {"installed"}), 4);
     EXPECT_EQ(runTo(full.get(), null.get(), {"installed", "-fjson"}), 4);
     EXPECT_EQ(runTo(full.get(), null.get(), {"--help"}), 4);
@@ -175,7 +175,7 @@ TEST_F(StandardOutput, ThatIsFullIsReported)
 
 TEST_F(StandardOutput, ThatCannotBeWrittenWinsOverInputThatCannotBeRead)
 {
-    const cli::FileDescriptor full(open("/dev/full", O_WRONLY));
+    const cli::FileDescriptor full = cli::openFile("/dev/full", O_WRONLY);
     addFile("a.ttf", {likelyOKFont()});
     EXPECT_EQ(runTo(full.get(), null.get(), {"scan", at("a.ttf"), at("Nowhere")}), 4);
 }
@@ -183,12 +183,12 @@ TEST_F(StandardOutput, ThatCannotBeWrittenWinsOverInputThatCannotBeRead)
 TEST_F(StandardOutput, WhoseReaderIsGoneEndsTheRunWithoutAWord)
 {
     const auto previous = std::signal(SIGPIPE, SIG_IGN);
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
     ASSERT_EQ(close(ends[0]), 0);
     const cli::FileDescriptor writer(ends[1]);
-    int errorEnds[2];
-    ASSERT_EQ(pipe(errorEnds), 0);
+    std::array<int, 2> errorEnds{};
+    ASSERT_EQ(pipe(errorEnds.data()), 0);
     const cli::FileDescriptor errorReader(errorEnds[0]);
     {
         const cli::FileDescriptor errorWriter(errorEnds[1]);
@@ -196,7 +196,7 @@ TEST_F(StandardOutput, WhoseReaderIsGoneEndsTheRunWithoutAWord)
     }
     char byte = 0;
     EXPECT_EQ(read(errorReader.get(), &byte, 1), 0);
-    std::signal(SIGPIPE, previous);
+    static_cast<void>(std::signal(SIGPIPE, previous));
 }
 
 TEST_F(StandardOutput, IsWrittenWholeThroughAPipeThatDoesNotBlock)
@@ -206,13 +206,13 @@ TEST_F(StandardOutput, IsWrittenWholeThroughAPipeThatDoesNotBlock)
         font.postScriptName += std::to_string(i);
         addInstalled(font);
     }
-    int ends[2];
-    ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe2(ends.data(), O_NONBLOCK), 0);
     const cli::FileDescriptor reader(ends[0]);
     const pid_t child = fork();
     if (child == 0) _exit(runTo(ends[1], null.get(), {"installed", "-fjson"}));
     close(ends[1]);
-    fcntl(reader.get(), F_SETFL, 0);
+    fcntl(reader.get(), F_SETFL, 0); // NOLINT(cppcoreguidelines-pro-type-vararg)
     std::string text;
     std::string piece(65536, '\0');
     for (auto count = read(reader.get(), piece.data(), piece.size()); count > 0;

@@ -396,8 +396,8 @@ TEST(ReadFile, AFileWithoutFontsGivesNothing)
 
 TEST(ReadFile, NamesOfManyFacesAreBoundedTogether)
 {
-    // Each table claims a mebibyte of text in sixteen strings that lie over one another. The
-    // budget of a file is 64 MiB, so the later of a hundred faces go without names.
+    // Each table has seventeen strings of 64 KiB that lie over one another, and twelve of them are
+    // read. The budget of a file is 64 MiB, so the later of a hundred faces go without names.
     test::ByteWriter table;
     table.u16(0).u16(17).u16(6 + 12 * 17);
     for (std::uint16_t i = 0; i < 17; ++i)
