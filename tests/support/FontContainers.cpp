@@ -22,8 +22,8 @@ std::uint32_t size32(std::span<const std::byte> bytes)
 Bytes compressed(std::span<const std::byte> bytes, int windowBits)
 {
     z_stream stream{};
-    if (::deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, windowBits, 8,
-                       Z_DEFAULT_STRATEGY) != Z_OK)
+    if (::deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, windowBits, 8, Z_DEFAULT_STRATEGY) !=
+        Z_OK)
         throw std::runtime_error("zlib");
     Bytes result(::deflateBound(&stream, bytes.size()));
     // zlib only reads the input, but its interface does not say so.
@@ -132,7 +132,7 @@ Bytes brotliCompressed(std::span<const std::byte> bytes)
 {
     Bytes result(std::max<std::size_t>(::BrotliEncoderMaxCompressedSize(bytes.size()), 16));
     std::size_t size = result.size();
-    if (::BrotliEncoderCompress(5, BROTLI_DEFAULT_WINDOW, BROTLI_DEFAULT_MODE, bytes.size(),
+    if (::BrotliEncoderCompress(2, BROTLI_DEFAULT_WINDOW, BROTLI_DEFAULT_MODE, bytes.size(),
                                 reinterpret_cast<const std::uint8_t*>(bytes.data()), &size,
                                 reinterpret_cast<std::uint8_t*>(result.data())) == BROTLI_FALSE)
         throw std::runtime_error("brotli");

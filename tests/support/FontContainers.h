@@ -34,7 +34,7 @@ inline constexpr std::string_view trueTypeVersion{"\0\1\0\0", 4};
 struct WOFF2Values {
     struct Table {
         std::string tag;
-        Bytes bytes; // as in the stream
+        Bytes bytes{}; // as in the stream
         /// Absent for the form in which the table stands in a font file; otherwise the version of
         /// its transformation and the length that the table would have in a font file.
         std::optional<std::uint8_t> transformation{};
@@ -49,8 +49,8 @@ struct WOFF2Values {
         std::vector<std::uint16_t> tables; // as indices
     };
     std::string_view version{trueTypeVersion}; // of the only face; "ttcf" goes with `faces`
-    std::vector<Table> tables;
-    std::vector<Face> faces; // of a collection
+    std::vector<Table> tables{};
+    std::vector<Face> faces{}; // of a collection
 };
 
 /// A WOFF 2.0 file. Positions: "flavor", "numTables", "streamLength", "directory", "numFonts",

@@ -9,10 +9,11 @@
 
 namespace quillmark::test {
 
-TemporaryFolder::TemporaryFolder()
+TemporaryFolder::TemporaryFolder() : TemporaryFolder(std::filesystem::temp_directory_path()) {}
+
+TemporaryFolder::TemporaryFolder(const std::filesystem::path& parent)
 {
-    std::string pattern =
-        (std::filesystem::temp_directory_path() / "quillmark-test-XXXXXX").string();
+    std::string pattern = (parent / "quillmark-test-XXXXXX").string();
     if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
     m_path = std::filesystem::canonical(pattern);
 }

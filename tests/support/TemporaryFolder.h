@@ -10,7 +10,9 @@ namespace quillmark::test {
 
 class TemporaryFolder {
 public:
+    /// In the system's place for temporary files, or in `parent`.
     TemporaryFolder();
+    explicit TemporaryFolder(const std::filesystem::path& parent);
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
