@@ -217,6 +217,15 @@ FontFacts facts(const PlatformFont& font, FontOrigin origin)
     return factsFromNames(tableNames(budget, font), font, origin);
 }
 
+std::string postScriptName(const PlatformFont& font)
+{
+    // The names that it is made from; see FontFacts::fromNames.
+    constexpr std::array wanted{NameID::postScriptName, NameID::fullName};
+    std::size_t budget = NameTable::maximumFileBytes;
+    NameStrings names = font.name ? NameTable::strings(*font.name, budget, wanted) : NameStrings{};
+    return factsFromNames(std::move(names), font, FontOrigin::installed).postScriptName;
+}
+
 std::vector<FontFacts> readFile(const FontService& service, const std::filesystem::path& file,
                                 FontOrigin origin)
 {

@@ -41,6 +41,9 @@ installedFonts(const FontService& service, const Collator& order, const Progress
 /// The facts of one face as the service knows it.
 [[nodiscard]] FontFacts facts(const PlatformFont& font, FontOrigin origin);
 
+/// The PostScript name in facts(), at less cost.
+[[nodiscard]] std::string postScriptName(const PlatformFont& font);
+
 /// The label for FontFacts::format.
 [[nodiscard]] std::string formatName(const PlatformFont& font);
 

@@ -41,7 +41,7 @@ std::vector<PlatformFont> installedFaces(const InstalledFile& file)
         return std::ranges::find(file.faces, face.index) == file.faces.end();
     });
     for (PlatformFont& face : faces)
-        face.postScriptName = FontLibrary::facts(face, FontOrigin::installed).postScriptName;
+        face.postScriptName = FontLibrary::postScriptName(face);
     return faces;
 }
 

@@ -2,14 +2,8 @@
 
 #include "pdf/Limits.h"
 #include "pdf/QPDFFilters.h"
+#include "pdf/QPDFHeaders.h"
 #include "pdf/QPDFInput.h"
-
-#include <qpdf/JSON.hh> // some of libqpdf's headers need it and do not say so
-#include <qpdf/Pipeline.hh>
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFExc.hh>
-#include <qpdf/QPDFObjectHandle.hh>
-#include <qpdf/QPDFXRefEntry.hh>
 
 #include <algorithm>
 #include <exception>

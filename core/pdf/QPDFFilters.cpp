@@ -1,12 +1,7 @@
 #include "pdf/QPDFFilters.h"
 
 #include "pdf/Limits.h"
-
-#include <qpdf/JSON.hh> // some of libqpdf's headers need it and do not say so
-#include <qpdf/Pipeline.hh>
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFObjectHandle.hh>
-#include <qpdf/QPDFStreamFilter.hh>
+#include "pdf/QPDFHeaders.h"
 
 #include <exception>
 #include <limits>

@@ -3,8 +3,7 @@
 #pragma once
 
 #include "pdf/ByteSource.h"
-
-#include <qpdf/InputSource.hh>
+#include "pdf/QPDFHeaders.h"
 
 #include <cstddef>
 #include <cstdint>

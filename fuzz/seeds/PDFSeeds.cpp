@@ -1,5 +1,3 @@
-// Seeds for the harness of core/pdf: a small document of every kind.
-
 #include "Seeds.h"
 
 #include "support/FontBytes.h"
@@ -8,123 +6,96 @@
 #include "support/PDFEncoders.h"
 #include "support/PDFEncryption.h"
 
-#include <array>
-#include <span>
 #include <string>
-#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace quillmark::fuzz {
 namespace {
 
+using test::ascii;
 using test::Bytes;
 using test::PDFBytes;
+using CrossReference = PDFBytes::CrossReference;
 
-Bytes program()
+Bytes trueTypeFont()
 {
-    return test::FontBytes{}.face().name(1, u"Foo").name(6, u"Foo-Regular").os2({}).build();
+    return test::FontBytes()
+        .face()
+        .name(1, u"Seed")
+        .name(6, u"Seed-Regular")
+        .name(13, u"SIL Open Font License")
+        .os2({.version = 4, .fsType = 4})
+        .build();
 }
 
-/// A page with one embedded font, whose program is stream 6 with these entries.
-PDFBytes embedding(std::string_view key, std::string_view streamEntries, const Bytes& data)
+/// A document with one font of every kind.
+PDFBytes everyKind()
 {
-    PDFBytes pdf = test::onePage("/Font << /F1 4 0 R >>");
-    pdf.object(4, "<< /Type /Font /Subtype /TrueType /BaseFont /ABCDEF+Foo-Regular "
-                  "/FontDescriptor 5 0 R >>");
-    pdf.object(5, "<< /Type /FontDescriptor /FontName /ABCDEF+Foo-Regular /" + std::string(key) +
-                      " 6 0 R >>");
-    pdf.stream(6, streamEntries, data);
+    auto pdf = test::pages({"/Resources 5 0 R/Annots[6 0 R]", "/Resources 5 0 R"});
+    pdf.object(5, "<</Font<</A 10 0 R/B 11 0 R/C 12 0 R/D 13 0 R/E 14 0 R/F 15 0 R>>/XObject<</X 7 "
+                  "0 R>>>>");
+    pdf.object(6, "<</Subtype/Widget/AP<</N<</On 8 0 R>>>>>>");
+    pdf.stream(7, "/Subtype/Form/Resources<</Font<</A 16 0 R>>/XObject<</X 7 0 R>>>>");
+    pdf.stream(8, "/Subtype/Form/Resources<</Font<</A 10 0 R>>>>");
+    pdf.object(10,
+               "<</Subtype/TrueType/BaseFont/ABCDEF+Seed/FontDescriptor<</FontFile2 20 0 R>>>>");
+    pdf.object(11, "<</Subtype/Type1/BaseFont/Bare/FontDescriptor<</FontFile3 21 0 R>>>>");
+    pdf.object(12, "<</Subtype/Type1/FontDescriptor<</FontName/Old/FontFile 22 0 R>>>>");
+    pdf.object(13, "<</Subtype/Type0/BaseFont/Whole/DescendantFonts[<</Subtype/CIDFontType2"
+                   "/FontDescriptor<</FontFile3 23 0 R>>>>]>>");
+    pdf.object(14, "<</Subtype/Type3>>");
+    pdf.object(15, "<</Subtype/Type1/BaseFont/Helvetica>>");
+    pdf.object(16, "<</Subtype/Type1/BaseFont/GHIJKL+Seed/FontDescriptor<</FontFile2 20 0 R>>>>");
+    pdf.stream(20, "/Filter/FlateDecode", test::deflated(trueTypeFont()));
+    pdf.stream(21, "/Subtype/Type1C/Filter[/ASCII85Decode/LZWDecode]",
+               test::ascii85(test::lzw(test::cffProgram({"Bare", {}, "Bare", "(c) Seed", {}}))));
+    pdf.stream(22, "/Filter/ASCIIHexDecode",
+               test::asciiHex(test::type1Program({"Old", "Old Font", {}, "(c) Seed", {}})));
+    pdf.stream(23, "/Subtype/OpenType/Filter/RunLengthDecode", test::runLength(trueTypeFont()));
     return pdf;
+}
+
+/// The same objects, those that are no streams in an object stream.
+PDFBytes compressed(CrossReference crossReference)
+{
+    PDFBytes pdf;
+    pdf.crossReference(crossReference);
+    pdf.objectStream(9, {{1, "<</Type/Catalog/Pages 2 0 R>>"},
+                         {2, "<</Type/Pages/Kids[3 0 R 3 0 R]/Resources 5 0 R>>"},
+                         {3, "<</Type/Page/Parent 2 0 R>>"},
+                         {5, "<</Font<</A 6 0 R/B<</BaseFont/Direct>>>>>>"},
+                         {6, "<</Subtype/TrueType/BaseFont/Seed/FontDescriptor 7 0 R>>"},
+                         {7, "<</FontFile2 8 0 R>>"}});
+    pdf.stream(8, "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns 5>>",
+               test::deflated(test::pngUp(trueTypeFont(), 5)));
+    return pdf;
+}
+
+/// A document with one font whose program has this filter.
+Bytes filtered(const std::string& streamEntries, const Bytes& data)
+{
+    PDFBytes pdf = test::onePage("/Font<</A 4 0 R>>");
+    pdf.object(4, "<</BaseFont/Seed/FontDescriptor<</FontFile2 6 0 R>>>>");
+    pdf.stream(6, streamEntries, data);
+    return pdf.build();
 }
 
 void writeFilterSeeds()
 {
-    const Bytes font = program();
-    const auto write = [](std::string_view name, std::string_view entries, const Bytes& data) {
-        writeSeed("pdf", name, embedding("FontFile2", entries, data).build());
+    const Bytes font = trueTypeFont();
+    const auto write = [](const char* name, const char* entries, const Bytes& data) {
+        writeSeed("pdf", name, filtered(entries, data));
     };
     write("unfiltered", "", font);
-    write("flate", "/Filter /FlateDecode", test::deflated(font));
-    write("flate-predictor", "/Filter /FlateDecode /DecodeParms << /Predictor 12 /Columns 4 >>",
-          test::deflated(test::pngUp(font, 4)));
-    write("lzw", "/Filter /LZWDecode", test::lzw(font));
-    write("lzw-late", "/Filter /LZWDecode /DecodeParms << /EarlyChange 0 >>",
-          test::lzw(font, false));
-    write("hex", "/Filter /ASCIIHexDecode", test::asciiHex(font));
-    write("ascii85-flate", "/Filter [/ASCII85Decode /FlateDecode]",
+    write("flate", "/Filter/FlateDecode", test::deflated(font));
+    write("lzw", "/Filter/LZWDecode", test::lzw(font));
+    write("lzw-late", "/Filter/LZWDecode/DecodeParms<</EarlyChange 0>>", test::lzw(font, false));
+    write("hex", "/Filter/ASCIIHexDecode", test::asciiHex(font));
+    write("ascii85-flate", "/Filter[/ASCII85Decode/FlateDecode]",
           test::ascii85(test::deflated(font)));
-    write("run-length", "/Filter /RunLengthDecode", test::runLength(font));
-    write("image", "/Filter /DCTDecode", font);
-}
-
-void writeProgramSeeds()
-{
-    const BareFontInfo info{"ABCDEF+Foo", "Foo Bold", "Foo", "Notice", "Copyright"};
-    writeSeed("pdf", "cff",
-              embedding("FontFile3", "/Subtype /Type1C", test::cffProgram(info)).build());
-    writeSeed("pdf", "opentype", embedding("FontFile3", "/Subtype /OpenType", program()).build());
-    writeSeed("pdf", "type1", embedding("FontFile", "", test::type1Program(info)).build());
-
-    PDFBytes composite = test::onePage("/Font << /F1 4 0 R /F2 7 0 R >>");
-    composite.object(4, "<< /Subtype /Type0 /BaseFont /Foo /DescendantFonts [5 0 R] >>");
-    composite.object(5, "<< /Subtype /CIDFontType2 /FontDescriptor << /FontFile2 6 0 R >> >>");
-    composite.stream(6, "", program());
-    composite.object(7, "<< /Subtype /Type3 /FontDescriptor << /FontName /Drawn >> >>");
-    writeSeed("pdf", "type0-and-type3", composite.build());
-}
-
-void writeStructureSeeds()
-{
-    writeSeed("pdf", "no-pages", test::pages({}).build());
-    writeSeed(
-        "pdf", "inherited",
-        test::pages({"", ""}, "/Resources << /Font << /F1 << /BaseFont /Foo >> >> >>").build());
-
-    PDFBytes forms =
-        test::onePage("/XObject << /X1 4 0 R >>", "/Annots [<< /AP << /N << /On 5 0 R >> >> >>]");
-    forms.stream(4, "/Subtype /Form /Resources << /XObject << /Self 4 0 R >> /Font << /F1 << "
-                    "/BaseFont /In#20Form >> >> >>");
-    forms.stream(5, "/Resources << /Font << /F1 << /BaseFont /Field >> >> >>");
-    writeSeed("pdf", "forms-and-fields", forms.build());
-
-    PDFBytes cycle;
-    cycle.object(1, "<< /Type /Catalog /Pages 2 0 R >>");
-    cycle.object(2, "<< /Type /Pages /Kids [2 0 R 3 0 R] /Count 9 /Parent 2 0 R >>");
-    cycle.object(3, "<< /Type /Page /Parent 2 0 R >>");
-    writeSeed("pdf", "cycle", cycle.build());
-
-    for (const auto& [name, kind] :
-         {std::pair{"xref-stream", PDFBytes::CrossReference::stream},
-          std::pair{"xref-flated-stream", PDFBytes::CrossReference::flatedStream}}) {
-        PDFBytes packed = test::onePage("/Font << /F1 4 0 R >>");
-        packed.crossReference(kind);
-        packed.objectStream(6, {{4, "<< /BaseFont /Packed /FontDescriptor 5 0 R >>"},
-                                {5, "<< /FontName /Packed >>"}});
-        writeSeed("pdf", name, packed.build());
-    }
-}
-
-void writeEncryptedSeeds()
-{
-    using test::Encryption;
-    const Bytes pdf = embedding("FontFile2", "", program()).build();
-    constexpr std::array kinds{
-        std::pair{"rc4-40", Encryption::rc4With40Bits},
-        std::pair{"rc4-128", Encryption::rc4With128Bits},
-        std::pair{"aes-128", Encryption::aesWith128Bits},
-        std::pair{"aes-256", Encryption::aesWith256Bits},
-    };
-    for (const auto& [name, encryption] : kinds)
-        writeSeed("pdf", name, test::encrypted(pdf, encryption, ""));
-    writeSeed("pdf", "locked", test::encrypted(pdf, Encryption::aesWith256Bits, "secret"));
-}
-
-void writeDamagedSeeds()
-{
-    const Bytes pdf = embedding("FontFile2", "", program()).build();
-    writeSeed("pdf", "truncated", std::span(pdf).first(pdf.size() * 2 / 3));
-    writeSeed("pdf", "bad-startxref", test::replaced(pdf, "startxref\n", "startxref\n9"));
-    writeSeed("pdf", "no-endobj", test::replaced(pdf, "endobj", "endoxx"));
+    write("run-length", "/Filter/RunLengthDecode", test::runLength(font));
+    write("image", "/Filter/DCTDecode", font);
 }
 
 } // namespace
@@ -132,10 +103,34 @@ void writeDamagedSeeds()
 void writePDFSeeds()
 {
     writeFilterSeeds();
-    writeProgramSeeds();
-    writeStructureSeeds();
-    writeEncryptedSeeds();
-    writeDamagedSeeds();
+    const auto write = [](const char* name, const Bytes& pdf) { writeSeed("pdf", name, pdf); };
+    const Bytes sound = everyKind().build();
+    write("every-kind", sound);
+    write("no-pages", test::pages({}).build());
+    write("object-stream", compressed(CrossReference::stream).build());
+    write("object-stream-flated", compressed(CrossReference::flatedStream).build());
+    write("garbage-first", everyKind().garbage("leading garbage\n").build());
+    write("wrong-startxref", test::replaced(sound, "startxref\n", "startxref\n9"));
+    write("wrong-offsets", test::replaced(sound, "1 0 obj", "        1 0 obj"));
+    write("no-endobj", test::replaced(sound, "\nendobj", ""));
+    write("wrong-length", test::replaced(sound, "/Length ", "/Length 9"));
+    write("cut-short", Bytes(sound.begin(), sound.begin() + 900));
+    write("page-cycle", test::pages({"/Kids[2 0 R]"}, "/Parent 2 0 R").build());
+    write("form-cycle", test::onePage("<</XObject 4 0 R>>")
+                            .object(4, "<</X 5 0 R>>")
+                            .stream(5, "/Subtype/Form/Resources<</XObject 4 0 R>>")
+                            .build());
+    const std::vector<std::pair<const char*, test::Encryption>> encryptions{
+        {"rc4-40", test::Encryption::rc4With40Bits},
+        {"rc4-128", test::Encryption::rc4With128Bits},
+        {"aes-128", test::Encryption::aesWith128Bits},
+        {"aes-256", test::Encryption::aesWith256Bits},
+    };
+    const Bytes small =
+        compressed(CrossReference::table).crossReference(CrossReference::stream).build();
+    for (const auto& [name, encryption] : encryptions)
+        write(name, encrypted(small, encryption, ""));
+    write("locked", encrypted(small, test::Encryption::aesWith256Bits, "secret"));
 }
 
 } // namespace quillmark::fuzz

@@ -30,6 +30,7 @@ THIRD_PARTY = {
     "libqpdf": (r"qpdf/.*", ["core/pdf/QPDF*"]),
     "nlohmann-json": (r"nlohmann/.*", ["core/coding/RecordCoding.cpp"]),
     "CLI11": (r"CLI/.*", ["cli/Options.cpp"]),
+    "Qt's PDF writer": (r"QFont|QGuiApplication|QPainter|QPdfWriter", ["tests"]),
     "GoogleTest": (r"g(test|mock)/.*", ["tests"]),
     "Google Benchmark": (r"benchmark/.*", ["bench"]),
 }

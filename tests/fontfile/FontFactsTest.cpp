@@ -225,8 +225,8 @@ TEST(FontFacts, FacesThatShareAnOrdinaryNameTableAllHaveTheirNames)
 
 TEST(FontFacts, FacesBehindTheBudgetOfAFileKeepTheirPlaceWithoutNames)
 {
-    // Every face asks for 3072 bytes of records and 13 strings, 855014 bytes together: 78 whole ones
-    // fit into 64 MiB, and six strings of the next.
+    // Every face asks for 3072 bytes of records and 13 strings, 855014 bytes together: 78 whole
+    // ones fit into 64 MiB, and six strings of the next.
     ByteWriter names;
     names.u16(0).u16(256).u16(6 + 12 * 256);
     for (std::uint16_t id = 0; id < 256; ++id)
