@@ -5,10 +5,20 @@
 #include "fontfile/OS2Info.h"
 #include "library/FontService.h"
 
+#include <cstddef>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace quillmark::test {
+
+/// The family in a `name` table; empty when it has none.
+inline std::string family(std::span<const std::byte> table)
+{
+    const NameStrings names = NameTable::strings(table);
+    const auto found = names.find(1);
+    return found == names.end() ? "" : found->second;
+}
 
 /// One line about a face: its place, format number, and what its tables hold. A missing table is a
 /// hyphen; the family stands for a `name` table, fsType for `OS/2`, the length for `fvar`.
@@ -17,7 +27,7 @@ inline std::string summary(const PlatformFont& font)
     std::string text = std::to_string(font.index) + " format ";
     text += font.format ? std::to_string(static_cast<int>(*font.format)) : "-";
     text += " name ";
-    text += font.name ? NameTable::strings(*font.name)[1] : "-";
+    text += font.name ? family(*font.name) : "-";
     text += " fsType ";
     const auto os2 = font.os2 ? OS2Info::read(*font.os2) : std::nullopt;
     text += os2 ? std::to_string(os2->fsType) : "-";

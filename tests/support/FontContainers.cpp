@@ -22,8 +22,8 @@ std::uint32_t size32(std::span<const std::byte> bytes)
 Bytes compressed(std::span<const std::byte> bytes, int windowBits)
 {
     z_stream stream{};
-    if (::deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, windowBits, 8, Z_DEFAULT_STRATEGY) !=
-        Z_OK)
+    if (::deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, windowBits, 8,
+                       Z_DEFAULT_STRATEGY) != Z_OK)
         throw std::runtime_error("zlib");
     Bytes result(::deflateBound(&stream, bytes.size()));
     // zlib only reads the input, but its interface does not say so.
