@@ -85,6 +85,12 @@ struct Inflater::Implementation {
         const std::span<const std::byte> result(space.get(), used);
         return Bytes(result.begin(), result.end());
     }
+
+    void releaseSpace()
+    {
+        space.reset();
+        size = 0;
+    }
 };
 
 Inflater::Inflater() : m_implementation(std::make_unique<Implementation>()) {}
@@ -94,6 +100,8 @@ Inflater::~Inflater() = default;
 Bytes Inflater::inflate(std::span<const std::byte> raw, std::size_t limit)
 {
     if (auto bytes = m_implementation->inflateAtOnce(raw, limit)) return *std::move(bytes);
+    // Data that defeat the guess may be made to cost memory: they are not held twice.
+    m_implementation->releaseSpace();
     return inflatePiecewise(raw, limit);
 }
 
