@@ -162,6 +162,19 @@ TEST_F(ScanFolder, OfAFileGivesWhatAScanOfItsFolderGivesForIt)
     EXPECT_EQ(fonts[2].licenseDescription, "text");
 }
 
+TEST_F(ScanFolder, CopyingIsALicenceFileAndLicensePdfIsNone)
+{
+    m_folder.write("a/Foo.ttf", fontFile(u"Foo", u"Foo"));
+    m_folder.write("a/License.pdf", "no text");
+    m_folder.write("b/Bar.ttf", fontFile(u"Bar", u"Bar"));
+    m_folder.write("b/COPYING", "text");
+    const auto fonts = scan();
+    ASSERT_THAT(names(fonts), ElementsAre("Bar", "Foo"));
+    EXPECT_EQ(fonts[0].licenseDescription, "text");
+    EXPECT_EQ(fonts[0].licenseFile, path("b/COPYING"));
+    EXPECT_EQ(fonts[1].licenseFile, std::nullopt);
+}
+
 TEST_F(ScanFolder, IsSortedByFamilyThenStyleWithNumbersByValue)
 {
     m_folder.write("1.ttf", fontFile(u"Font 10", u"F10"));
