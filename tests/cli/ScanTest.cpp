@@ -174,7 +174,7 @@ TEST_F(Scan, OfAFileTakesTheLicenseFileBesideIt)
     addFile("a.ttf", {unknownFont()});
     const Outcome outcome = run({"scan", at("a.ttf")});
     EXPECT_THAT(outcome.output, StartsWith("a.ttf\nFOLDER/a.ttf\n\n✓ Likely OK to embed  Brook\n"));
-    EXPECT_THAT(outcome.output, HasSubstr("  License file    FOLDER/OFL.txt\n"));
+    EXPECT_THAT(outcome.output, HasSubstr("  License file     FOLDER/OFL.txt\n"));
 }
 
 TEST_F(Scan, OfAFileWithItsOwnLicenseIgnoresTheOneBesideIt)
