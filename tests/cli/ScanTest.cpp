@@ -225,27 +225,6 @@ TEST_F(Scan, TakesANameThatIsNotUtf8)
     EXPECT_THAT(outcome.output, StartsWith("caf\uFFFD\nFOLDER/caf\uFFFD\n"));
 }
 
-TEST(AbsolutePath, HasNoDotsAndNoSlashAtItsEnd)
-{
-    const std::string here = std::filesystem::current_path();
-    EXPECT_EQ(cli::absolutePath("."), here);
-    EXPECT_EQ(cli::absolutePath("./"), here);
-    EXPECT_EQ(cli::absolutePath("Fonts/"), here + "/Fonts");
-    EXPECT_EQ(cli::absolutePath("/nowhere//a/./b/../c/"), "/nowhere/a/c");
-    EXPECT_EQ(cli::absolutePath("/"), "/");
-    EXPECT_EQ(cli::absolutePath("//"), "/");
-}
-
-TEST(AbsolutePath, KeepsTheDotsAfterALinkToAnotherFolder)
-{
-    const TemporaryFolder folder;
-    folder.write("elsewhere/inner/x", "");
-    folder.write("y", "");
-    std::filesystem::create_directory_symlink(folder.path() / "elsewhere/inner",
-                                              folder.path() / "link");
-    EXPECT_EQ(cli::absolutePath(folder.path() / "link/.."), folder.path() / "link/..");
-}
-
 TEST(ShownName, IsTheLastComponent)
 {
     EXPECT_EQ(cli::shownName("/a/b"), "b");
