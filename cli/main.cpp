@@ -67,13 +67,15 @@ int main(int argumentCount, char** arguments)
     openMissingStreams();
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); // a closed pipe is an error of the write
     quillmark::cli::Interruption::install();
+    // Such a terminal knows neither colours nor how to erase the progress line.
+    const bool isDumb = variable("TERM").empty() || variable("TERM") == "dumb";
     const quillmark::SystemFontService fonts;
     const quillmark::cli::Environment environment{
         .fonts = fonts,
         .output = stream(STDOUT_FILENO),
-        .errors = stream(STDERR_FILENO),
+        .errors = isDumb ? Stream{STDERR_FILENO, std::nullopt} : stream(STDERR_FILENO),
         .locale = {},
-        .plainTerminal = !variable("NO_COLOR").empty() || variable("TERM") == "dumb",
+        .plainTerminal = isDumb || !variable("NO_COLOR").empty(),
         .clock = checkClock(),
     };
     const std::vector<std::string> given(arguments + (argumentCount > 0 ? 1 : 0),
