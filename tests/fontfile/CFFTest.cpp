@@ -112,6 +112,28 @@ TEST(CFF, BlankStringIsAbsent)
               std::nullopt);
 }
 
+TEST(CFF, SixteenMegabytesOfTextAreTakenFromOneProgram)
+{
+    // All four names are the same string of a third of the limit, and the font's name one byte.
+    constexpr std::string_view allNames = "\x1C\x01\x87\x02\x1C\x01\x87\x03"
+                                          "\x1C\x01\x87\x01\x1C\x01\x87\x0C\x00"sv;
+    const auto read = [&](std::size_t size) {
+        const Bytes text(size, std::byte{'x'});
+        return readIndexes(
+            joined({cffIndex({ascii("F")}), cffIndex({ascii(allNames)}), cffIndex({text}, 4)}));
+    };
+    constexpr std::size_t third = (std::size_t{16} << 20U) / 3;
+    const auto fitting = read(third);
+    EXPECT_EQ(fitting->fontName, "F");
+    EXPECT_EQ(fitting->fullName, std::string(third, 'x'));
+    EXPECT_TRUE(fitting->familyName);
+    EXPECT_TRUE(fitting->notice);
+    EXPECT_FALSE(fitting->copyright);
+    const auto tooLong = read(third + 1);
+    EXPECT_TRUE(tooLong->familyName);
+    EXPECT_FALSE(tooLong->notice);
+}
+
 // Programs that give no result.
 
 TEST(CFF, EmptyInputGivesNothing)
