@@ -311,6 +311,9 @@ INSTANTIATE_TEST_SUITE_P(
         OperandCase{"EscapedTwoIsNotFullName", "\xF8\x1B\x0C\x02"sv, {}},
         OperandCase{"ReservedBytesAreSkipped",
                     "\x16\x17\x18\x19\x1A\x1B\x1F\xFF\xF8\x1B\x16\x1F\xFF\x02"sv, "Found"},
+        OperandCase{"LastOperatorClearsTheOperands", "\xF8\x1B\x15\x02"sv, {}}, // 21
+        OperandCase{"SmallestTwoBytePositiveTakesItsSecondByte", // 110, not 108 and FullName
+                    "\xF8\x1B\x02\xF7\x02\x05"sv, "Found"},
         OperandCase{"CutSixteenBitsStopTheParse", "\xF8\x1B\x02\x1C\x01"sv, "Found"},
         OperandCase{"CutThirtyTwoBitsStopTheParse", "\xF8\x1B\x02\x1D\x00\x00\x01"sv, "Found"},
         OperandCase{"CutPositiveStopsTheParse", "\xF8\x1B\x02\xF8"sv, "Found"},
@@ -338,10 +341,11 @@ TEST(CFF, CopyrightIsTheEscapedOperatorZeroAndNoticeTheOperatorOne)
 
 TEST(CFF, OneAndTwoByteNumbersHaveTheirDocumentedLimits)
 {
-    // 108 to 1131 take two bytes: the ids 391 and 1131 through a String INDEX that is long enough.
+    // 108 to 1131 take two bytes. The String INDEX goes on behind what they can number.
     std::vector<Bytes> strings(741, ascii("between"));
     strings.front() = ascii("391");
     strings.back() = ascii("1131");
+    strings.resize(2000, ascii("beyond"));
     const auto fullName = [&](std::string_view topDict) {
         return CFF::read(cffProgram({}, ascii(topDict), strings))->fullName;
     };
