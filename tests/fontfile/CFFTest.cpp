@@ -251,18 +251,27 @@ TEST(CFF, IndexEndsBehindItsLastElement)
     EXPECT_EQ(info->fontName, "ab");
 }
 
-TEST(CFF, LargestIndexIsRead)
+/// The full name in a program with this Top DICT and as many strings as there can be, all of them
+/// "x" but for the last one.
+std::optional<std::string> fullNameAmong65535Strings(std::string_view topDict)
 {
     std::vector<Bytes> strings(65535, ascii("x"));
     strings.back() = ascii("the last one");
+    return readIndexes(joined({cffIndex({}), cffIndex({ascii(topDict)}), cffIndex(strings, 3)}))
+        ->fullName;
+}
+
+TEST(CFF, LargestIndexIsRead)
+{
     // 391 + 65534 does not fit in 16 bits.
-    EXPECT_EQ(readIndexes(joined({
-                              cffIndex({}),
-                              cffIndex({ascii("\x1D\x00\x01\x01\x85\x02"sv)}),
-                              cffIndex(strings, 3),
-                          }))
-                  ->fullName,
-              "the last one");
+    EXPECT_EQ(fullNameAmong65535Strings("\x1D\x00\x01\x01\x85\x02"sv), "the last one");
+}
+
+TEST(CFF, NumberOfSixteenBitsIsSigned)
+{
+    EXPECT_EQ(fullNameAmong65535Strings("\x1C\x7F\xFF\x02"sv), "x");
+    EXPECT_EQ(fullNameAmong65535Strings("\x1C\x80\x00\x02"sv), std::nullopt);
+    EXPECT_EQ(fullNameAmong65535Strings("\x1C\xFF\xFF\x02"sv), std::nullopt);
 }
 
 // Numbers in the Top DICT. Each row is an operand that must have the value 391 (the string
@@ -314,6 +323,9 @@ INSTANTIATE_TEST_SUITE_P(
         OperandCase{"LastOperatorClearsTheOperands", "\xF8\x1B\x15\x02"sv, {}}, // 21
         OperandCase{"SmallestTwoBytePositiveTakesItsSecondByte", // 110, not 108 and FullName
                     "\xF8\x1B\x02\xF7\x02\x05"sv, "Found"},
+        OperandCase{"SixteenBitsTakeThreeBytes", "\xF8\x1B\x02\x1C\x00\x02\x05"sv, "Found"},
+        OperandCase{"ThirtyTwoBitsTakeFiveBytes", "\xF8\x1B\x02\x1D\x00\x00\x00\x02\x05"sv,
+                    "Found"},
         OperandCase{"CutSixteenBitsStopTheParse", "\xF8\x1B\x02\x1C\x01"sv, "Found"},
         OperandCase{"CutThirtyTwoBitsStopTheParse", "\xF8\x1B\x02\x1D\x00\x00\x01"sv, "Found"},
         OperandCase{"CutPositiveStopsTheParse", "\xF8\x1B\x02\xF8"sv, "Found"},
