@@ -1,4 +1,4 @@
-// Lower-casing and case-insensitive search.
+// Lower-casing.
 #pragma once
 
 #include <string>
@@ -8,8 +8,5 @@ namespace quillmark {
 
 /// Full Unicode lower-casing in the root locale, so the result never depends on the user's.
 [[nodiscard]] std::string lowercased(std::string_view text);
-
-/// Whether `text` contains `needle` when case is ignored (Unicode default case folding).
-[[nodiscard]] bool containsIgnoringCase(std::string_view text, std::string_view needle);
 
 } // namespace quillmark
