@@ -1,5 +1,6 @@
 #include "coding/JsonWriter.h"
 
+#include <algorithm>
 #include <array>
 #include <cassert>
 #include <charconv>
@@ -11,13 +12,13 @@ namespace {
 
 constexpr std::size_t indent = 2;
 
-/// Whether a byte of a string can stand as it is; those of UTF-8 sequences can.
-constexpr auto isPlain = [] {
-    std::array<bool, 256> plain{};
-    for (std::size_t byte = 0; byte < plain.size(); ++byte)
-        plain[byte] = byte >= 0x20 && byte != '"' && byte != '\\';
-    return plain;
-}();
+/// 0 for a byte that can stand as it is, as those of UTF-8 sequences can; 1 for others. Without
+/// branches, so that compilers can look at many bytes at once.
+unsigned char isSpecial(char character)
+{
+    const auto byte = static_cast<unsigned char>(character);
+    return static_cast<unsigned char>((byte < 0x20) | (byte == '"') | (byte == '\\'));
+}
 
 /// As many bytes as are looked at together; compilers make a few instructions of them.
 constexpr std::size_t blockSize = 32;
@@ -25,10 +26,8 @@ constexpr std::size_t blockSize = 32;
 bool isPlainBlock(const char* block)
 {
     unsigned char special = 0;
-    for (std::size_t i = 0; i < blockSize; ++i) {
-        const auto byte = static_cast<unsigned char>(block[i]);
-        special |= static_cast<unsigned char>((byte < 0x20) | (byte == '"') | (byte == '\\'));
-    }
+    for (std::size_t i = 0; i < blockSize; ++i)
+        special |= isSpecial(block[i]);
     return special == 0;
 }
 
@@ -41,9 +40,31 @@ std::size_t plainSize(std::string_view text)
     // What is left of a long text is the end of one more block, which overlaps the last one.
     const bool isAtLastBlock = size > 0 && text.size() - size < blockSize;
     if (isAtLastBlock && isPlainBlock(text.data() + text.size() - blockSize)) return text.size();
-    while (size < text.size() && isPlain[static_cast<unsigned char>(text[size])])
+    while (size < text.size() && isSpecial(text[size]) == 0)
         ++size;
     return size;
+}
+
+/// What fits into one block with room for the quotation marks: all keys, and most values.
+constexpr std::size_t shortText = 48;
+
+/// Appends a short text in its quotation marks, of which `end` holds the last, if it can stand as
+/// it is. Put together first, it takes the string one step to grow and not three.
+bool appendIfPlain(std::string& output, std::string_view text, std::string_view end)
+{
+    std::array<char, shortText + 8> piece; // NOLINT(*-member-init): no more than is filled is read
+    char* to = piece.data();
+    *to++ = '"';
+    unsigned char special = 0;
+    for (const char character : text) {
+        special |= isSpecial(character);
+        *to++ = character;
+    }
+    if (special != 0) return false;
+    for (const char character : end)
+        *to++ = character;
+    output.append(piece.data(), static_cast<std::size_t>(to - piece.data()));
+    return true;
 }
 
 void appendEscaped(std::string& output, char character)
@@ -138,9 +159,20 @@ void JsonWriter::startValue()
 
 void JsonWriter::startItem()
 {
-    if (!m_levels.back().empty) m_output += ',';
+    // A comma, a line end and the usual indentation, from which is taken what is needed: what
+    // stands between two items is as good as always appended in one piece.
+    constexpr auto separator = [] {
+        std::array<char, 2 + 32 * indent> characters{};
+        characters.fill(' ');
+        characters[0] = ',';
+        characters[1] = '\n';
+        return characters;
+    }();
+    const std::size_t start = m_levels.back().empty ? 1 : 0;
     m_levels.back().empty = false;
-    newLine();
+    const std::size_t end = 2 + indent * m_levels.size();
+    m_output.append(separator.data() + start, std::min(end, separator.size()) - start);
+    if (end > separator.size()) m_output.append(end - separator.size(), ' ');
 }
 
 void JsonWriter::newLine()
@@ -152,6 +184,7 @@ void JsonWriter::newLine()
 /// `end` begins with the closing quotation mark.
 void JsonWriter::quote(std::string_view text, std::string_view end)
 {
+    if (text.size() <= shortText && appendIfPlain(m_output, text, end)) return;
     m_output += '"';
     for (;;) {
         const std::size_t plain = plainSize(text);
