@@ -76,7 +76,7 @@ std::variant<InputKind, ReadFailure> inspect(const fs::path& path)
 std::variant<std::vector<FontFacts>, ReadFailure> readFontFile(const FontService& service,
                                                                const fs::path& file)
 {
-    std::vector<FontFacts> faces = FontLibrary::readFile(service, file, FontOrigin::folder);
+    std::vector<FontFacts> faces = FontLibrary::readFile(service, file.native(), FontOrigin::folder);
     if (faces.empty()) return ReadFailure{"Holds no font that can be read"};
     if (std::ranges::any_of(faces, namesNoLicense)) {
         const std::vector<fs::path> candidates = licenseFiles(file.parent_path());
