@@ -1,14 +1,9 @@
 // Reading what was named on the command line, with the system's words when that fails.
 #pragma once
 
-#include "cli/Environment.h"
-#include "fontfile/FontFacts.h"
-#include "text/Collation.h"
-
 #include <filesystem>
 #include <string>
 #include <variant>
-#include <vector>
 
 namespace quillmark::cli {
 
@@ -16,9 +11,6 @@ namespace quillmark::cli {
 struct ReadFailure {
     std::string reason;
 };
-
-/// The path as an absolute one without ".", ".." and a slash at the end, which means the same file.
-[[nodiscard]] std::filesystem::path absolutePath(const std::filesystem::path& path);
 
 /// `path` as UTF-8.
 [[nodiscard]] std::string shownPath(const std::filesystem::path& path);
@@ -30,9 +22,5 @@ enum class InputKind { folder, file };
 
 /// What `path` is, if it is there and may be read.
 [[nodiscard]] std::variant<InputKind, ReadFailure> inspect(const std::filesystem::path& path);
-
-/// The faces of one font file, each with the licence file that a scan of its folder would give it.
-[[nodiscard]] std::variant<std::vector<FontFacts>, ReadFailure>
-readFontFile(const FontService& service, const std::filesystem::path& file);
 
 } // namespace quillmark::cli

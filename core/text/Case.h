@@ -1,4 +1,4 @@
-// Lower-casing.
+// Changing case.
 #pragma once
 
 #include <string>
@@ -8,5 +8,8 @@ namespace quillmark {
 
 /// Full Unicode lower-casing in the root locale, so the result never depends on the user's.
 [[nodiscard]] std::string lowercased(std::string_view text);
+
+/// Full Unicode upper-casing in the root locale.
+[[nodiscard]] std::string uppercased(std::string_view text);
 
 } // namespace quillmark

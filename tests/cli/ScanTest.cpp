@@ -148,13 +148,33 @@ TEST_F(Scan, OfAFileShowsEveryFace)
     EXPECT_THAT(outcome.output, HasSubstr("\n2 fonts: 1 likely OK, 0 restricted, 1 unknown\n"));
 }
 
+TEST_F(Scan, OfAFileListsItsFacesLikeAScanOfItsFolder)
+{
+    addFile("Fonts/all.ttc", {likelyOKFont(), unknownFont(), restrictedFont(), likelyOKFont()});
+    const auto rowsOf = [](const std::string& json) { return json.substr(json.find("\"rows\"")); };
+    const std::string file = rowsOf(run({"scan", at("Fonts/all.ttc"), "-fjson"}).output);
+    EXPECT_EQ(file, rowsOf(run({"scan", at("Fonts"), "-fjson"}).output));
+    EXPECT_LT(position(file, "\"family\": \"Acme\""), position(file, "\"family\": \"Brook\""));
+}
+
+TEST_F(Scan, OfFilesTakesTheLicenseFileOfEachOnesFolder)
+{
+    folder.write("a/OFL.txt", "SIL Open Font License, Version 1.1");
+    addFile("a/one.ttf", {unknownFont()});
+    addFile("a/two.ttf", {unknownFont()});
+    addFile("b/three.ttf", {unknownFont()});
+    const Outcome outcome =
+        run({"scan", at("a/one.ttf"), at("b/three.ttf"), at("a/two.ttf"), at("a/one.ttf")});
+    EXPECT_THAT(outcome.output, HasSubstr("\n4 fonts: 3 likely OK, 0 restricted, 1 unknown\n"));
+}
+
 TEST_F(Scan, OfAFileTakesTheLicenseFileBesideIt)
 {
     folder.write("OFL.txt", "SIL Open Font License, Version 1.1");
     addFile("a.ttf", {unknownFont()});
     const Outcome outcome = run({"scan", at("a.ttf")});
     EXPECT_THAT(outcome.output, StartsWith("a.ttf\nFOLDER/a.ttf\n\n✓ Likely OK to embed  Brook\n"));
-    EXPECT_THAT(outcome.output, HasSubstr("  License file    FOLDER/OFL.txt\n"));
+    EXPECT_THAT(outcome.output, HasSubstr("  License file     FOLDER/OFL.txt\n"));
 }
 
 TEST_F(Scan, OfAFileWithItsOwnLicenseIgnoresTheOneBesideIt)
@@ -203,27 +223,6 @@ TEST_F(Scan, TakesANameThatIsNotUtf8)
     const Outcome outcome = run({"scan", at("caf\xE9")});
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.output, StartsWith("caf\uFFFD\nFOLDER/caf\uFFFD\n"));
-}
-
-TEST(AbsolutePath, HasNoDotsAndNoSlashAtItsEnd)
-{
-    const std::string here = std::filesystem::current_path();
-    EXPECT_EQ(cli::absolutePath("."), here);
-    EXPECT_EQ(cli::absolutePath("./"), here);
-    EXPECT_EQ(cli::absolutePath("Fonts/"), here + "/Fonts");
-    EXPECT_EQ(cli::absolutePath("/nowhere//a/./b/../c/"), "/nowhere/a/c");
-    EXPECT_EQ(cli::absolutePath("/"), "/");
-    EXPECT_EQ(cli::absolutePath("//"), "/");
-}
-
-TEST(AbsolutePath, KeepsTheDotsAfterALinkToAnotherFolder)
-{
-    const TemporaryFolder folder;
-    folder.write("elsewhere/inner/x", "");
-    folder.write("y", "");
-    std::filesystem::create_directory_symlink(folder.path() / "elsewhere/inner",
-                                              folder.path() / "link");
-    EXPECT_EQ(cli::absolutePath(folder.path() / "link/.."), folder.path() / "link/..");
 }
 
 TEST(ShownName, IsTheLastComponent)

@@ -127,6 +127,16 @@ TEST(PlatformFontFacts, TheServiceFillsFamilyAndStyle)
     EXPECT_EQ(facts.origin, FontOrigin::installed);
 }
 
+TEST(PlatformFontFacts, TheServiceFillsThePostScriptNameOfAFileFace)
+{
+    PlatformFont font = platformFont("");
+    font.names = {{6, "Foo-Bold"}};
+    font.path = "/fonts/file.pfb";
+    const FontFacts facts = FontLibrary::facts(font, FontOrigin::folder);
+    EXPECT_EQ(facts.postScriptName, "Foo-Bold");
+    EXPECT_EQ(facts.family, "Foo-Bold");
+}
+
 TEST(PlatformFontFacts, TheServicesPostScriptNameReplacesTheTables)
 {
     EXPECT_EQ(FontLibrary::facts(platformFont("Service", {{6, u"Table"}}), FontOrigin::installed)
@@ -213,6 +223,7 @@ TEST(FormatName, EveryFormatNumberAndExtensionHasItsLabel)
         {std::nullopt, "/f/a.woff", "WOFF"},
         {std::nullopt, "/f/a.woff2", "WOFF2"},
         {std::nullopt, "/f/a.WoFf2", "WOFF2"},
+        {std::nullopt, "/f/a.\u00E9t\u00E9", "\u00C9T\u00C9"},
         {std::nullopt, "/f.d/a", "Font"},
         {std::nullopt, "/f/a.", "Font"},
         {std::nullopt, "/f/.woff", "Font"},
