@@ -2,6 +2,7 @@
 
 #include "fontfile/NameTable.h"
 #include "fontfile/OS2Info.h"
+#include "fontfile/TextSize.h"
 #include "fontfile/VariationInstances.h"
 #include "library/FileName.h"
 #include "library/FolderWalk.h"
@@ -13,7 +14,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <numeric>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -157,22 +157,6 @@ std::vector<FontFacts> arranged(std::span<const Record> records, const Collator&
     for (const Keyed& next : fonts)
         result.push_back(std::move(*next.facts));
     return result;
-}
-
-/// What the texts of a record hold, in bytes.
-std::size_t textSize(const FontFacts& facts)
-{
-    const std::array optionals{
-        &facts.fullName,           &facts.copyright,  &facts.trademark,
-        &facts.manufacturer,       &facts.designer,   &facts.vendorURL,
-        &facts.licenseDescription, &facts.licenseURL, &facts.licenseFile,
-        &facts.filePath,           &facts.format,
-    };
-    const std::size_t required =
-        facts.postScriptName.size() + facts.family.size() + facts.style.size();
-    return std::accumulate(
-        optionals.begin(), optionals.end(), required,
-        [](std::size_t sum, const auto* text) { return *text ? sum + (*text)->size() : sum; });
 }
 
 /// The named instances of one file's variable fonts, by the fonts' PostScript names.
