@@ -1,8 +1,10 @@
 #include "cli/Commands.h"
 
 #include "cli/Inputs.h"
+#include "library/FolderWalk.h"
 #include "library/FontIndex.h"
 #include "library/FontLibrary.h"
+#include "library/LicenseFile.h"
 #include "library/Parallel.h"
 
 #include <algorithm>
@@ -36,6 +38,7 @@ private:
     std::vector<FontFacts> installedFonts();
     std::vector<FontFacts> fontsOfFolder(const fs::path& folder);
     std::optional<FontList> scanned(const fs::path& input);
+    const LicenseFile::Candidates& licensesIn(const fs::path& folder);
     std::vector<fs::path> readableFontFolders();
     FontIndex makeIndex(const std::vector<fs::path>& folders);
     std::optional<FontList> checked(const fs::path& path, const PDFFontScanner::Lookup& lookup);
@@ -48,6 +51,8 @@ private:
     const TakeList& m_take;
     std::unique_ptr<Collator> m_order;
     std::vector<InputError> m_errors;
+    fs::path m_licenseFolder; // the folder that m_licenses are from
+    LicenseFile::Candidates m_licenses{{}};
 };
 
 std::vector<AuditRow> judged(std::vector<FontFacts> fonts)
@@ -128,13 +133,23 @@ std::optional<FontList> Run::scanned(const fs::path& input)
         return list;
     }
     list.kind = FontList::Kind::file;
-    auto faces = readFontFile(m_environment.fonts, path);
-    if (const auto* failure = std::get_if<ReadFailure>(&faces)) {
-        report(input, failure->reason);
+    list.rows = judged(
+        FontLibrary::scanFile(m_environment.fonts, order(), path, licensesIn(path.parent_path())));
+    if (list.rows.empty()) {
+        report(input, "Holds no font that can be read");
         return std::nullopt;
     }
-    list.rows = judged(std::get<std::vector<FontFacts>>(std::move(faces)));
     return list;
+}
+
+/// Kept for the next file: thousands of files can be named that lie in one folder.
+const LicenseFile::Candidates& Run::licensesIn(const fs::path& folder)
+{
+    if (folder != m_licenseFolder) {
+        m_licenses = LicenseFile::Candidates(licenseCandidates(folder));
+        m_licenseFolder = folder;
+    }
+    return m_licenses;
 }
 
 void Run::check()

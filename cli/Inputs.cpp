@@ -1,41 +1,15 @@
 #include "cli/Inputs.h"
 
 #include "cli/FileDescriptor.h"
-#include "library/FontLibrary.h"
-#include "library/LicenseFile.h"
 #include "text/Encoding.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 namespace quillmark::cli {
-namespace {
 
 namespace fs = std::filesystem;
-
-/// The licence files in `folder`, in byte order of their names.
-std::vector<fs::path> licenseFiles(const fs::path& folder)
-{
-    std::vector<fs::path> found;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::error_code ignored;
-        if (LicenseFile::isCandidate(entry->path()) && entry->is_regular_file(ignored))
-            found.push_back(entry->path());
-    }
-    std::ranges::sort(found);
-    return found;
-}
-
-bool namesNoLicense(const FontFacts& facts)
-{
-    return !facts.licenseDescription && !facts.licenseURL;
-}
-
-} // namespace
 
 fs::path absolutePath(const fs::path& path)
 {
@@ -71,19 +45,6 @@ std::variant<InputKind, ReadFailure> inspect(const fs::path& path)
         openFile(path, isFolder ? O_RDONLY | O_DIRECTORY : O_RDONLY | O_NONBLOCK);
     if (!file.isOpen()) return ReadFailure{errorText(errno)};
     return isFolder ? InputKind::folder : InputKind::file;
-}
-
-std::variant<std::vector<FontFacts>, ReadFailure> readFontFile(const FontService& service,
-                                                               const fs::path& file)
-{
-    std::vector<FontFacts> faces = FontLibrary::readFile(service, file, FontOrigin::folder);
-    if (faces.empty()) return ReadFailure{"Holds no font that can be read"};
-    if (std::ranges::any_of(faces, namesNoLicense)) {
-        const std::vector<fs::path> candidates = licenseFiles(file.parent_path());
-        for (FontFacts& facts : faces)
-            if (namesNoLicense(facts)) facts = LicenseFile::attach(facts, candidates);
-    }
-    return faces;
 }
 
 } // namespace quillmark::cli

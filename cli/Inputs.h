@@ -1,14 +1,9 @@
 // Reading what was named on the command line, with the system's words when that fails.
 #pragma once
 
-#include "cli/Environment.h"
-#include "fontfile/FontFacts.h"
-#include "text/Collation.h"
-
 #include <filesystem>
 #include <string>
 #include <variant>
-#include <vector>
 
 namespace quillmark::cli {
 
@@ -30,9 +25,5 @@ enum class InputKind { folder, file };
 
 /// What `path` is, if it is there and may be read.
 [[nodiscard]] std::variant<InputKind, ReadFailure> inspect(const std::filesystem::path& path);
-
-/// The faces of one font file, each with the licence file that a scan of its folder would give it.
-[[nodiscard]] std::variant<std::vector<FontFacts>, ReadFailure>
-readFontFile(const FontService& service, const std::filesystem::path& file);
 
 } // namespace quillmark::cli

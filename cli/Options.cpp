@@ -55,6 +55,14 @@ constexpr auto optionNames = std::to_array<std::string_view>({
     "--no-installed",
 });
 
+/// Those that are said and not set.
+constexpr auto flagNames = std::to_array<std::string_view>({
+    "--quiet",
+    "--help",
+    "--version",
+    "--no-installed",
+});
+
 /// What is read: results in files of these kinds would replace what was to be judged.
 constexpr auto inputExtensions = std::to_array<std::string_view>(
     {".dfont", ".otc", ".otf", ".pdf", ".pfa", ".pfb", ".ttc", ".ttf", ".woff", ".woff2"});
@@ -153,10 +161,14 @@ Arguments sorted(std::span<const std::string> arguments)
     std::vector<std::string> reversed(arguments.begin(), dashes); // the order that CLI11 wants
     std::ranges::reverse(reversed);
     for (const std::string& argument : reversed) {
-        // CLI11 would take the next argument for the value.
         const std::size_t equals = argument.find('=');
-        if (argument.starts_with("--") && equals + 1 == argument.size())
-            throw WrongUse{argument.substr(0, equals) + " needs a value."};
+        if (!argument.starts_with("--") || equals == std::string::npos) continue;
+        const std::string name = argument.substr(0, equals);
+        // CLI11 would take "no" for a flag that is not set.
+        if (std::ranges::find(flagNames, name) != flagNames.end())
+            throw WrongUse{name + " takes no value."};
+        // CLI11 would take the next argument for the value.
+        if (equals + 1 == argument.size()) throw WrongUse{name + " needs a value."};
     }
     try {
         app.parse(reversed);
@@ -169,7 +181,7 @@ Arguments sorted(std::span<const std::string> arguments)
     for (const std::string& word : app.remaining()) {
         if (word.size() > 1 && word.starts_with('-')) {
             if (sorted.help || sorted.version) continue;
-            const std::string name = word.substr(0, word.find('='));
+            const std::string name = word.substr(0, word.find('=', 2));
             throw WrongUse{"there is no option " + inQuotes(name) +
                            suggestion(name, {optionNames.begin(), optionNames.end()})};
         }

@@ -1,5 +1,8 @@
 #include "coding/JsonWriter.h"
 
+#include "text/Printable.h"
+#include "text/Utf8.h"
+
 #include <array>
 #include <cassert>
 #include <charconv>
@@ -11,24 +14,23 @@ namespace {
 
 constexpr std::size_t indent = 2;
 
-/// Whether a byte of a string can stand as it is; those of UTF-8 sequences can.
-constexpr auto isPlain = [] {
-    std::array<bool, 256> plain{};
-    for (std::size_t byte = 0; byte < plain.size(); ++byte)
-        plain[byte] = byte >= 0x20 && byte != '"' && byte != '\\';
-    return plain;
-}();
+/// Whether a byte begins a character that has to be looked at: a quotation mark, a backslash, or
+/// what may be a controlling character, of which those that are not ASCII begin with one of three
+/// bytes. Without branches, so that compilers make a few instructions of many bytes.
+constexpr bool isSpecial(unsigned char byte)
+{
+    return (byte < 0x20) | (byte == 0x7F) | (byte == '"') | (byte == '\\') | (byte == 0xC2) |
+           (byte == 0xD8) | (byte == 0xE2);
+}
 
-/// As many bytes as are looked at together; compilers make a few instructions of them.
+/// As many bytes as are looked at together.
 constexpr std::size_t blockSize = 32;
 
 bool isPlainBlock(const char* block)
 {
     unsigned char special = 0;
-    for (std::size_t i = 0; i < blockSize; ++i) {
-        const auto byte = static_cast<unsigned char>(block[i]);
-        special |= static_cast<unsigned char>((byte < 0x20) | (byte == '"') | (byte == '\\'));
-    }
+    for (std::size_t i = 0; i < blockSize; ++i)
+        special |= static_cast<unsigned char>(isSpecial(static_cast<unsigned char>(block[i])));
     return special == 0;
 }
 
@@ -41,42 +43,45 @@ std::size_t plainSize(std::string_view text)
     // What is left of a long text is the end of one more block, which overlaps the last one.
     const bool isAtLastBlock = size > 0 && text.size() - size < blockSize;
     if (isAtLastBlock && isPlainBlock(text.data() + text.size() - blockSize)) return text.size();
-    while (size < text.size() && isPlain[static_cast<unsigned char>(text[size])])
+    while (size < text.size() && !isSpecial(static_cast<unsigned char>(text[size])))
         ++size;
     return size;
 }
 
-void appendEscaped(std::string& output, char character)
+/// The letter that stands for a character behind a backslash; zero when it has none.
+constexpr char escapeLetter(char32_t character)
 {
-    constexpr std::string_view digits = "0123456789abcdef";
     switch (character) {
     case '"':
-        output += "\\\"";
-        return;
     case '\\':
-        output += "\\\\";
-        return;
+        return static_cast<char>(character);
     case '\b':
-        output += "\\b";
-        return;
+        return 'b';
     case '\f':
-        output += "\\f";
-        return;
+        return 'f';
     case '\n':
-        output += "\\n";
-        return;
+        return 'n';
     case '\r':
-        output += "\\r";
-        return;
+        return 'r';
     case '\t':
-        output += "\\t";
-        return;
+        return 't';
     default:
-        const auto code = static_cast<unsigned char>(character);
-        output += "\\u00";
-        output += digits[code >> 4U];
-        output += digits[code & 0xFU];
+        return 0;
     }
+}
+
+/// `character` must have an escape letter or be below U+10000.
+void appendEscaped(std::string& output, char32_t character)
+{
+    output += '\\';
+    if (const char letter = escapeLetter(character); letter != 0) {
+        output += letter;
+        return;
+    }
+    constexpr std::string_view digits = "0123456789abcdef";
+    output += 'u';
+    for (const unsigned shift : {12U, 8U, 4U, 0U})
+        output += digits[character >> shift & 0xFU];
 }
 
 } // namespace
@@ -156,9 +161,14 @@ void JsonWriter::quote(std::string_view text, std::string_view end)
     for (;;) {
         const std::size_t plain = plainSize(text);
         m_output.append(text.substr(0, plain));
-        if (plain == text.size()) break;
-        appendEscaped(m_output, text[plain]);
-        text.remove_prefix(plain + 1);
+        text.remove_prefix(plain);
+        if (text.empty()) break;
+        const Utf8::Character next = Utf8::first(text);
+        if (escapeLetter(next.codePoint) != 0 || isControlling(next.codePoint))
+            appendEscaped(m_output, next.codePoint);
+        else
+            m_output.append(text.substr(0, next.length));
+        text.remove_prefix(next.length);
     }
     m_output += end;
 }

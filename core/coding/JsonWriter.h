@@ -11,8 +11,9 @@
 namespace quillmark {
 
 /// Appends JSON (RFC 8259, UTF-8), indented by two spaces, to a string that the caller owns and may
-/// drain between calls. Strings must be valid UTF-8. Keys come out in the order of the calls; a
-/// caller that nests wrongly is caught by an assertion.
+/// drain between calls. Strings must be valid UTF-8; characters that could control a terminal on
+/// which the JSON is shown are escaped, all others stand as they are. Keys come out in the order of
+/// the calls; a caller that nests wrongly is caught by an assertion.
 class JsonWriter {
 public:
     explicit JsonWriter(std::string& output) : m_output(output) {}

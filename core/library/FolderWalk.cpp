@@ -113,6 +113,19 @@ bool hasFontExtension(std::string_view fileName)
     return std::ranges::find(fontExtensions, extension) != fontExtensions.end();
 }
 
+std::vector<fs::path> licenseCandidates(const fs::path& folder)
+{
+    const fs::path path = standardised(folder);
+    const OpenFolder open = openFolder(Location(path.native()), Links::follow);
+    if (!open) return {};
+    std::vector<Entry> found = entries(open.get());
+    std::erase_if(found, [](const Entry& e) { return e.kind != EntryKind::licenseCandidate; });
+    std::vector<fs::path> candidates;
+    for (auto entry = found.rbegin(); entry != found.rend(); ++entry)
+        candidates.push_back(path / entry->name);
+    return candidates;
+}
+
 FolderContents walkFolder(const fs::path& folder)
 {
     struct Pending {

@@ -25,6 +25,10 @@ struct FolderContents {
 /// counts as empty. `folder` itself may be a link, hidden, relative, and end in a slash.
 [[nodiscard]] FolderContents walkFolder(const std::filesystem::path& folder);
 
+/// The licence candidates that lie in `folder` itself, as a walk finds them there.
+[[nodiscard]] std::vector<std::filesystem::path>
+licenseCandidates(const std::filesystem::path& folder);
+
 /// Whether a file of this name is taken for a font: its extension is ttf, otf, ttc, otc, dfont,
 /// woff or woff2, in any case.
 [[nodiscard]] bool hasFontExtension(std::string_view fileName);

@@ -5,7 +5,6 @@
 #include "fontfile/VariationInstances.h"
 #include "library/FileName.h"
 #include "library/FolderWalk.h"
-#include "library/LicenseFile.h"
 #include "library/Limits.h"
 #include "library/Parallel.h"
 #include "text/Encoding.h"
@@ -187,6 +186,18 @@ FileInstances instancesOf(const FontService& service, const std::string& file)
     return instances;
 }
 
+/// The faces of a scanned file; those without a licence of their own get that of a file beside it.
+std::vector<FontFacts> scannedFaces(const FontService& service, const std::string& file,
+                                    const LicenseFile::Candidates& beside)
+{
+    std::vector<FontFacts> faces = FontLibrary::readFile(service, file, FontOrigin::folder);
+    for (FontFacts& facts : faces) {
+        if (!facts.licenseDescription && !facts.licenseURL && facts.filePath)
+            facts = LicenseFile::attach(std::move(facts), beside);
+    }
+    return faces;
+}
+
 } // namespace
 
 namespace FontLibrary {
@@ -273,17 +284,24 @@ std::vector<FontFacts> scanFolder(const FontService& service, const Collator& or
     std::vector<std::vector<FontFacts>> read(contents.fonts.size());
     forEachIndex(contents.fonts.size(), [&](std::size_t i) {
         const auto& [path, parent] = contents.fonts[i];
-        read[i] = readFile(service, path, FontOrigin::folder);
-        for (FontFacts& facts : read[i]) {
-            if (!facts.licenseDescription && !facts.licenseURL && facts.filePath)
-                facts = LicenseFile::attach(std::move(facts), candidates[parent]);
-        }
+        read[i] = scannedFaces(service, path, candidates[parent]);
     });
 
     std::vector<Record> records;
     for (std::size_t i = 0; i < read.size(); ++i)
         for (FontFacts& facts : read[i])
             records.push_back({&facts, contents.fonts[i].path});
+    return arranged(records, order);
+}
+
+std::vector<FontFacts> scanFile(const FontService& service, const Collator& order,
+                                const std::filesystem::path& file,
+                                const LicenseFile::Candidates& beside)
+{
+    std::vector<FontFacts> faces = scannedFaces(service, file.native(), beside);
+    std::vector<Record> records;
+    for (FontFacts& facts : faces)
+        records.push_back({&facts, file.native()});
     return arranged(records, order);
 }
 

@@ -3,6 +3,7 @@
 
 #include "fontfile/FontFacts.h"
 #include "library/FontService.h"
+#include "library/LicenseFile.h"
 #include "text/Collation.h"
 
 #include <cstddef>
@@ -29,6 +30,12 @@ installedFonts(const FontService& service, const Collator& order, const Progress
 /// order.
 [[nodiscard]] std::vector<FontFacts> scanFolder(const FontService& service, const Collator& order,
                                                 const std::filesystem::path& folder);
+
+/// The faces of one font file, whatever its extension, as a scan of its folder lists them; `beside`
+/// are the licence files in that folder.
+[[nodiscard]] std::vector<FontFacts> scanFile(const FontService& service, const Collator& order,
+                                              const std::filesystem::path& file,
+                                              const LicenseFile::Candidates& beside);
 
 /// One record per face of one font file, whatever its extension.
 [[nodiscard]] std::vector<FontFacts> readFile(const FontService& service,

@@ -12,7 +12,9 @@ bool isAsciiControl(char character)
     return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
 }
 
-bool isUnsafe(char32_t character)
+} // namespace
+
+bool isControlling(char32_t character)
 {
     const bool isControl = character < 0x20 || (character >= 0x7F && character < 0xA0);
     const bool isSeparator = character == 0x2028 || character == 0x2029;
@@ -24,8 +26,6 @@ bool isUnsafe(char32_t character)
     return isControl || isSeparator || turnsReadingOrder;
 }
 
-} // namespace
-
 std::string printable(std::string_view text)
 {
     if (Utf8::isAscii(text) && std::none_of(text.begin(), text.end(), isAsciiControl))
@@ -34,8 +34,8 @@ std::string printable(std::string_view text)
     safe.reserve(text.size());
     while (!text.empty()) {
         const Utf8::Character character = Utf8::first(text);
-        Utf8::append(safe, isUnsafe(character.codePoint) ? Utf8::replacementCharacter
-                                                         : character.codePoint);
+        Utf8::append(safe, isControlling(character.codePoint) ? Utf8::replacementCharacter
+                                                              : character.codePoint);
         text.remove_prefix(character.length);
     }
     return safe;

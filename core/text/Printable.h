@@ -6,9 +6,12 @@
 
 namespace quillmark {
 
-/// `text` with every control character (C0, DEL, C1, line and paragraph separators) and every
-/// bidirectional control character replaced by U+FFFD, so that nothing in it can move a cursor,
-/// start an escape sequence or turn the reading order of what stands beside it.
+/// Whether a character can move a cursor, start an escape sequence or turn the reading order of
+/// what stands beside it: control characters (C0, DEL, C1, line and paragraph separators) and
+/// bidirectional control characters.
+[[nodiscard]] bool isControlling(char32_t character);
+
+/// `text` with every such character replaced by U+FFFD.
 [[nodiscard]] std::string printable(std::string_view text);
 
 } // namespace quillmark

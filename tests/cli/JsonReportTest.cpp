@@ -130,13 +130,13 @@ TEST_F(JsonReport, KeepsTheLibrarysOrder)
     EXPECT_LT(cedar, output.size());
 }
 
-TEST_F(JsonReport, EscapesControlCharactersAndKeepsTheText)
+TEST_F(JsonReport, EscapesWhatCouldControlATerminal)
 {
     FontValues font = likelyOKFont();
-    font.fullName = u"A\x1b[31m\"q\"\\\u202E\nB";
+    font.fullName = u"A\x1b[31m\"q\"\\\u202E\u009B\n\u00A9";
     addFile("Fonts/a.ttf", {font});
     EXPECT_THAT(run({"scan", at("Fonts"), "-fjson"}).output,
-                HasSubstr("\"fullName\": \"A\\u001b[31m\\\"q\\\"\\\\\u202E\\nB\""));
+                HasSubstr("\"fullName\": \"A\\u001b[31m\\\"q\\\"\\\\\\u202e\\u009b\\n\u00A9\""));
 }
 
 TEST_F(JsonReport, IsWrittenWholeWhenItIsLargerThanOnePiece)

@@ -15,7 +15,7 @@ struct DocumentFont {
     std::optional<Bytes> program; // embedded as TrueType; absent: not embedded
 };
 
-/// A PDF 1.7 file of `pageCount` pages.
+/// A PDF of `pageCount` pages.
 [[nodiscard]] std::string sampleDocument(int pageCount, const std::vector<DocumentFont>& fonts);
 
 } // namespace quillmark::test

@@ -148,6 +148,26 @@ TEST_F(Scan, OfAFileShowsEveryFace)
     EXPECT_THAT(outcome.output, HasSubstr("\n2 fonts: 1 likely OK, 0 restricted, 1 unknown\n"));
 }
 
+TEST_F(Scan, OfAFileListsItsFacesLikeAScanOfItsFolder)
+{
+    addFile("Fonts/all.ttc", {likelyOKFont(), unknownFont(), restrictedFont(), likelyOKFont()});
+    const auto rowsOf = [](const std::string& json) { return json.substr(json.find("\"rows\"")); };
+    const std::string file = rowsOf(run({"scan", at("Fonts/all.ttc"), "-fjson"}).output);
+    EXPECT_EQ(file, rowsOf(run({"scan", at("Fonts"), "-fjson"}).output));
+    EXPECT_LT(position(file, "\"family\": \"Acme\""), position(file, "\"family\": \"Brook\""));
+}
+
+TEST_F(Scan, OfFilesTakesTheLicenseFileOfEachOnesFolder)
+{
+    folder.write("a/OFL.txt", "SIL Open Font License, Version 1.1");
+    addFile("a/one.ttf", {unknownFont()});
+    addFile("a/two.ttf", {unknownFont()});
+    addFile("b/three.ttf", {unknownFont()});
+    const Outcome outcome =
+        run({"scan", at("a/one.ttf"), at("b/three.ttf"), at("a/two.ttf"), at("a/one.ttf")});
+    EXPECT_THAT(outcome.output, HasSubstr("\n4 fonts: 3 likely OK, 0 restricted, 1 unknown\n"));
+}
+
 TEST_F(Scan, OfAFileTakesTheLicenseFileBesideIt)
 {
     folder.write("OFL.txt", "SIL Open Font License, Version 1.1");

@@ -186,6 +186,8 @@ TEST(FolderWalk, KeepsLicenceCandidatesByFolderInByteOrder)
     EXPECT_THAT(top, ElementsAre(folder.path() / "COPYING", folder.path() / "OFL.txt",
                                  folder.path() / "ofl-link.txt"));
     EXPECT_THAT(sub, ElementsAre(folder.path() / "sub/license.md"));
+    EXPECT_EQ(licenseCandidates(folder.path()), top);
+    EXPECT_EQ(licenseCandidates(folder.path() / "sub"), sub);
 }
 
 TEST(FolderWalk, FindsNothingInAMissingFolderOrAFile)
@@ -194,6 +196,7 @@ TEST(FolderWalk, FindsNothingInAMissingFolderOrAFile)
     EXPECT_THAT(walkFolder(folder.path() / "missing").fonts, IsEmpty());
     EXPECT_THAT(walkFolder(folder.write("a.ttf", "")).fonts, IsEmpty());
     EXPECT_THAT(walkFolder("").fonts, IsEmpty());
+    EXPECT_THAT(licenseCandidates(folder.path() / "missing"), IsEmpty());
 }
 
 TEST(FolderWalk, CountsAnUnreadableSubfolderAsEmpty)

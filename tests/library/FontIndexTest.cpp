@@ -146,6 +146,15 @@ TEST(FontIndex, TheFamilyPartEndsAtTheFirstHyphenAndTheStyleIsWhatFollows)
     }
 }
 
+TEST(FontIndex, ANameWithALeadingHyphenHasNoStyle)
+{
+    const auto found =
+        indexOf({font("BoldPS", "Bold", FontOrigin::folder, "Black")}).lookup("-Bold", noService);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->postScriptName, "BoldPS");
+    EXPECT_EQ(found->style, "");
+}
+
 TEST(FontIndex, TheServiceIsAskedBeforeTheFamilyTable)
 {
     FakeFontService service;

@@ -127,6 +127,16 @@ TEST(PlatformFontFacts, TheServiceFillsFamilyAndStyle)
     EXPECT_EQ(facts.origin, FontOrigin::installed);
 }
 
+TEST(PlatformFontFacts, TheServiceFillsThePostScriptNameOfAFileFace)
+{
+    PlatformFont font = platformFont("");
+    font.names = {{6, "Foo-Bold"}};
+    font.path = "/fonts/file.pfb";
+    const FontFacts facts = FontLibrary::facts(font, FontOrigin::folder);
+    EXPECT_EQ(facts.postScriptName, "Foo-Bold");
+    EXPECT_EQ(facts.family, "Foo-Bold");
+}
+
 TEST(PlatformFontFacts, TheServicesPostScriptNameReplacesTheTables)
 {
     EXPECT_EQ(FontLibrary::facts(platformFont("Service", {{6, u"Table"}}), FontOrigin::installed)

@@ -2,6 +2,7 @@
 
 #include "Fonts.h"
 #include "Unprivileged.h"
+#include "library/FolderWalk.h"
 #include "library/SystemFontService.h"
 #include "support/FakeFontService.h"
 #include "support/TemporaryFolder.h"
@@ -142,6 +143,36 @@ TEST_F(ScanFolder, TheSameFontInTwoFilesGivesTwoRecordsInTheWalksOrder)
     EXPECT_EQ(fonts[0].filePath, path("a/foo.ttf"));
     EXPECT_EQ(fonts[1].filePath, path("b/foo.ttf"));
     EXPECT_EQ(fonts[2].filePath, path("link.ttf"));
+}
+
+TEST_F(ScanFolder, OfAFileGivesWhatAScanOfItsFolderGivesForIt)
+{
+    test::FontBytes collection;
+    for (const char16_t* name : {u"Zeta", u"Alpha", u"Zeta"})
+        collection.face().name(1, name).name(6, name);
+    collection.face().name(1, u"Mu").name(6, u"Mu").name(13, u"own");
+    const auto file = m_folder.write("four.ttc", collection.build());
+    m_folder.write("OFL.txt", "text");
+    const LicenseFile::Candidates beside(licenseCandidates(m_folder.path()));
+    const auto fonts = FontLibrary::scanFile(m_service, m_order, file, beside);
+    EXPECT_EQ(fonts, scan());
+    ASSERT_THAT(names(fonts), ElementsAre("Alpha", "Mu", "Zeta"));
+    EXPECT_EQ(fonts[0].licenseFile, path("OFL.txt"));
+    EXPECT_EQ(fonts[1].licenseFile, std::nullopt);
+    EXPECT_EQ(fonts[2].licenseDescription, "text");
+}
+
+TEST_F(ScanFolder, CopyingIsALicenceFileAndLicensePdfIsNone)
+{
+    m_folder.write("a/Foo.ttf", fontFile(u"Foo", u"Foo"));
+    m_folder.write("a/License.pdf", "no text");
+    m_folder.write("b/Bar.ttf", fontFile(u"Bar", u"Bar"));
+    m_folder.write("b/COPYING", "text");
+    const auto fonts = scan();
+    ASSERT_THAT(names(fonts), ElementsAre("Bar", "Foo"));
+    EXPECT_EQ(fonts[0].licenseDescription, "text");
+    EXPECT_EQ(fonts[0].licenseFile, path("b/COPYING"));
+    EXPECT_EQ(fonts[1].licenseFile, std::nullopt);
 }
 
 TEST_F(ScanFolder, IsSortedByFamilyThenStyleWithNumbersByValue)
