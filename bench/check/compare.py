@@ -6,7 +6,7 @@ from collections.abc import Callable
 from pathlib import Path
 
 from big import Objects, Resources, write
-from documents import real_documents
+from documents import package, real_documents
 from figures import heading, print_costs, print_figure, print_ratio
 from processes import Cost, Program, compare, median, peak_memory, run
 
@@ -76,20 +76,20 @@ class Bench:
         for document in slowest[:5]:
             peers = ", ".join(f"{peer} {cpu(peer, document) * 1e3:.0f}" for peer in PEERS)
             cost = cpu(QUILLMARK, document) * 1e3
-            print(f"  {document.name}: {cost:.1f} ms CPU ({peers})")
+            print(f"  {self._title(document)}: {cost:.1f} ms CPU ({peers})")
         print_figure("seconds of CPU for the slowest", cpu(QUILLMARK, slowest[0]), 2)
 
     def memory(self) -> None:
         documents = self._real()
         heading(f"Memory, {len(documents)} real documents")
         print(f"{START:<28}{peak_memory(self.start()) / 1024:9.1f} MB")
-        peaks: dict[str, list[tuple[int, str]]] = {}
+        peaks: dict[str, list[tuple[int, Path]]] = {}
         for document in documents:
             for program in [self.check(document), *self.peers(document)]:
-                peaks.setdefault(program.title, []).append((peak_memory(program), document.name))
+                peaks.setdefault(program.title, []).append((peak_memory(program), document))
         for title, each in peaks.items():
-            peak, name = max(each)
-            print(f"{title:<28}{peak / 1024:9.1f} MB at most, for {name}")
+            peak, document = max(each)
+            print(f"{title:<28}{peak / 1024:9.1f} MB at most, for {self._title(document)}")
         together = peak_memory(self.check(*documents))
         print(f"{ALL_AT_ONCE:<28}{together / 1024:9.1f} MB")
 
@@ -125,6 +125,11 @@ class Bench:
                 heading(f"20,000 pages, {resources.value}, {objects.value}")
                 print_costs(costs, 1)
                 print_figure("seconds of CPU", median(costs[QUILLMARK]).cpu, 1)
+
+    @staticmethod
+    def _title(document: Path) -> str:
+        """The package that a real document is from, and its name."""
+        return f"{document.name} of {package(document)}"
 
     def _real(self) -> list[Path]:
         documents = real_documents(self._folder)

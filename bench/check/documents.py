@@ -40,6 +40,7 @@ PACKAGES = [
     "tipa-doc",
     "why3-doc-pdf",
 ]
+FOLDER = "debian-documents"
 
 
 def real_documents(root: Path) -> list[Path]:
@@ -50,8 +51,12 @@ def real_documents(root: Path) -> list[Path]:
                     if file.name.endswith((".pdf", ".pdf.gz")) and not file.is_symlink():
                         copy(file, folder / package / file.relative_to(tree))
 
-    folder = made_once(root, "debian", gather)
+    folder = made_once(root, FOLDER, gather)
     return sorted(folder.rglob("*.pdf"))
+
+
+def package(document: Path) -> str:
+    return document.parts[document.parts.index(FOLDER) + 1]
 
 
 def copy(source: Path, target: Path) -> None:

@@ -24,10 +24,8 @@ def print_costs(costs: dict[str, list[Cost]], count: int) -> None:
     """`count`: the number of files that each program reads."""
     for title, rounds in costs.items():
         cost = median(rounds)
-        print(
-            f"{title:<28}{cost.cpu * 1e3:9.1f} ms CPU{cost.wall * 1e3:9.1f} ms wall"
-            f"{cost.cpu / count * 1e6:9.1f} us CPU a file"
-        )
+        each = f"{cost.cpu / count * 1e6:9.1f} us CPU a file" if count > 1 else ""
+        print(f"{title:<28}{cost.cpu * 1e3:9.1f} ms CPU{cost.wall * 1e3:9.1f} ms wall{each}")
 
 
 def print_ratio(
