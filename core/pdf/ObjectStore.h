@@ -70,6 +70,7 @@ private:
         std::map<std::string, bool, std::less<>> mentioned;
     };
 
+    void charge(const ParsedObjectRef& object);
     [[nodiscard]] ParsedObjectRef object(const Reference& reference, Where where = Where::anywhere);
     [[nodiscard]] ParsedObjectRef readFromFile(const Reference& reference, std::uint64_t offset);
     [[nodiscard]] ParsedObjectRef readFromStream(const Reference& reference, std::uint64_t stream);
@@ -90,13 +91,13 @@ private:
 
     std::unique_ptr<QPDFFile> m_file;
     ObjectParser m_parser;
-    std::unordered_map<std::uint64_t, ParsedObjectRef> m_objects;
+    std::unordered_map<std::uint64_t, ParsedObjectRef> m_objects; // null: unreadable
     std::size_t m_objectBytes{};
     std::unordered_map<std::uint64_t, std::shared_ptr<Members>> m_members;
     std::size_t m_memberBytes{};
     std::unordered_map<std::uint64_t, SharedBytes> m_data;
     std::unordered_map<std::uint64_t, std::uint32_t> m_otherGenerations;
-    std::uint64_t m_textLeft;
+    std::uint64_t m_parsingLeft; // against Limits::parsedBytes
     StreamDecoder m_objectStreams;
     StreamDecoder m_programs;
 };
