@@ -217,6 +217,17 @@ TEST(FontWalk, EveryAppearanceStateCounts)
     EXPECT_EQ(namesAndPages(scanned(pdf)), "No [1], Yes [1]");
 }
 
+TEST(FontWalk, AppearancesOfAnnotationsInObjectStreamsCountHoweverTheirKeyIsWritten)
+{
+    auto pdf = pages({"/Annots[5 0 R 6 0 R 7 0 R 8 0 R]"});
+    pdf.crossReference(PDFBytes::CrossReference::stream);
+    pdf.objectStream(9, {{5, "<</Subtype/Link>>"}, {6, "<</AP<</N 11 0 R>>>>"}});
+    pdf.objectStream(10, {{7, "<</A#50<</N 12 0 R>>>>"}, {8, "<</Contents(#/AP)>>"}});
+    pdf.stream(11, "/Resources" + fontNamed("Plain"));
+    pdf.stream(12, "/Resources" + fontNamed("Escaped"));
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Plain [1], Escaped [1]");
+}
+
 TEST(FontWalk, AppearanceNeedsNoSubtypeAndDoesNotInheritResources)
 {
     auto pdf =
