@@ -6,6 +6,7 @@
 #include "pdf/SubsetPrefix.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <unordered_map>
@@ -67,6 +68,10 @@ Description describe(const PDF::Dictionary& font)
     return description;
 }
 
+/// What a container is met as. A document may use one dictionary as several of these; it is then
+/// gone through as each.
+enum class Role { annotations, appearanceStates, objects, fonts };
+
 /// A container that fonts are reached through: a dictionary of fonts, of XObjects or of appearance
 /// states, or an array of annotations. Many resources and pages may share one. It is gone through
 /// once; meeting it again means only that everything in it is used on one more page, so it keeps
@@ -99,13 +104,13 @@ private:
     std::size_t recordFonts(const PDF::Dictionary& fonts);
     std::optional<std::size_t> fontIndex(const PDF::Dictionary& font);
 
-    std::pair<std::size_t, bool> placeOf(Identity identity);
+    std::pair<std::size_t, bool> placeOf(Identity identity, Role role);
     void within(std::size_t place, std::optional<std::size_t> container);
     const PageSet& allPages(std::size_t place);
 
     int m_page{};
-    std::unordered_set<Identity> m_visited; // resources
-    std::unordered_map<Identity, std::size_t> m_placeIndex;
+    std::unordered_set<Identity> m_visited;                                // resources
+    std::array<std::unordered_map<Identity, std::size_t>, 4> m_placeIndex; // by role
     std::vector<Place> m_places;
     std::unordered_map<std::size_t, Enumeration> m_enumerations; // unfinished, by place
     std::vector<std::size_t> m_stack;                            // places of XObjects
@@ -120,9 +125,10 @@ private:
     std::size_t m_runs{}; // gathered so far, against Limits::fontPages
 };
 
-std::pair<std::size_t, bool> Walk::placeOf(Identity identity)
+std::pair<std::size_t, bool> Walk::placeOf(Identity identity, Role role)
 {
-    const auto [found, isNew] = m_placeIndex.try_emplace(identity, m_places.size());
+    auto& index = m_placeIndex[static_cast<std::size_t>(role)];
+    const auto [found, isNew] = index.try_emplace(identity, m_places.size());
     if (isNew) m_places.emplace_back();
     return {found->second, isNew};
 }
@@ -146,7 +152,7 @@ void Walk::scanPage(const DictionaryRef& page, int number)
 
 void Walk::scanAnnotations(const PDF::Array& annotations)
 {
-    const auto [place, isNew] = placeOf(annotations.identity());
+    const auto [place, isNew] = placeOf(annotations.identity(), Role::annotations);
     within(place, std::nullopt);
     if (!isNew) return;
     for (std::size_t i = 0; i < annotations.size(); ++i) {
@@ -163,7 +169,7 @@ void Walk::scanAppearance(const PDF::Dictionary& annotation, std::size_t annotat
     if (const auto stream = appearances->stream("N")) {
         scanStream(stream, annotations);
     } else if (const auto states = appearances->dictionary("N")) {
-        const auto [place, isNew] = placeOf(states->identity());
+        const auto [place, isNew] = placeOf(states->identity(), Role::appearanceStates);
         within(place, annotations);
         if (!isNew) return;
         for (const auto& state : PDF::entries(*states)) {
@@ -206,7 +212,7 @@ void Walk::enter(const PDF::Dictionary& resources, std::optional<std::size_t> co
     if (!isNew) return;
     const auto objects = resources.dictionary("XObject");
     if (!objects) return;
-    const auto [place, firstTime] = placeOf(objects->identity());
+    const auto [place, firstTime] = placeOf(objects->identity(), Role::objects);
     within(place, std::nullopt);
     if (firstTime) m_enumerations[place].entries = PDF::entries(*objects);
     m_stack.push_back(place);
@@ -214,7 +220,7 @@ void Walk::enter(const PDF::Dictionary& resources, std::optional<std::size_t> co
 
 std::size_t Walk::recordFonts(const PDF::Dictionary& fonts)
 {
-    const auto [place, isNew] = placeOf(fonts.identity());
+    const auto [place, isNew] = placeOf(fonts.identity(), Role::fonts);
     if (!isNew) return place;
     for (const auto& entry : PDF::entries(fonts)) {
         const auto dictionary = entry.value->dictionary();

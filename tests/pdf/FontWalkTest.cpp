@@ -170,6 +170,15 @@ TEST(FontWalk, FormsLeadingBackToADictionaryBeingWalkedKeepTheOrderOfRecursion)
     EXPECT_EQ(namesAndPages(scanned(pdf)), "One [1], Back [1], Two [1], Last [1]");
 }
 
+TEST(FontWalk, DictionaryOfBothFontsAndFormsIsGoneThroughAsEach)
+{
+    auto pdf = onePage("<</Font 4 0 R/XObject 4 0 R>>", "/Annots[<</AP<</N 4 0 R>>>>]");
+    pdf.object(4, "<</F " + plainFont("Font") + "/X 5 0 R/Y 6 0 R>>");
+    pdf.stream(5, "/Subtype/Form/Resources" + fontNamed("InForm"));
+    pdf.stream(6, "/Resources" + fontNamed("InState"));
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Font [1], InForm [1], InState [1]");
+}
+
 TEST(FontWalk, ImagesAndFormsWithoutResourcesArePassedOver)
 {
     auto pdf = onePage("<</XObject<</A 4 0 R/B 5 0 R/C 6 0 R/D 7/E 8 0 R/F 9 0 R>>>>");

@@ -134,6 +134,26 @@ TEST(HostileDocument, HundredThousandNestedFormsAreWalked)
     EXPECT_EQ(namesAndPages(scanned(pdf)), "Top [1-2], Bottom [1]");
 }
 
+TEST(HostileDocument, DictionariesOfFormsThatAreAlsoFontsOfTheNextFormsAreWalked)
+{
+    // In each dictionary of forms, one form leads to the next dictionary, and in that, one has the
+    // dictionary before it for its fonts: a chain of containers as long as the document likes.
+    constexpr int depth = 10'000;
+    auto pdf = onePage("<</XObject 4 0 R>>");
+    for (int i = 0; i < depth; ++i) {
+        const int dictionary = 4 + 3 * i;
+        pdf.object(dictionary, "<</A " + reference(dictionary + 1) + "/B " +
+                                   reference(dictionary + 2) + "/C<</BaseFont/Foo>>>>");
+        pdf.stream(dictionary + 1,
+                   "/Subtype/Form/Resources<</XObject " + reference(dictionary + 3) + ">>");
+        pdf.stream(dictionary + 2, "/Subtype/Form/Resources<</Font " +
+                                       reference(i > 0 ? dictionary - 3 : dictionary) + ">>");
+    }
+    pdf.object(4 + 3 * depth, "<<>>");
+    const TimeLimit limit(60);
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Foo [1]");
+}
+
 TEST(HostileDocument, NestedFormsThatAllShareOneDictionaryAreWalked)
 {
     // Each form's resources are new and lead back to the dictionary that all forms are in.
