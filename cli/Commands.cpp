@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 
 #include "cli/Inputs.h"
+#include "library/AbsolutePath.h"
 #include "library/FolderWalk.h"
 #include "library/FontIndex.h"
 #include "library/FontLibrary.h"

@@ -12,7 +12,7 @@
 namespace quillmark::cli {
 namespace {
 
-constexpr std::size_t labelWidth = 16; // the longest label and a gap
+constexpr std::size_t labelWidth = 17; // the longest label and a gap of two
 constexpr std::size_t detailIndent = 2;
 /// On a terminal narrower than this, what stands beside a label has a line of its own.
 constexpr std::size_t narrowPage = 50;

@@ -12,9 +12,6 @@ struct ReadFailure {
     std::string reason;
 };
 
-/// The path as an absolute one without ".", ".." and a slash at the end, which means the same file.
-[[nodiscard]] std::filesystem::path absolutePath(const std::filesystem::path& path);
-
 /// `path` as UTF-8.
 [[nodiscard]] std::string shownPath(const std::filesystem::path& path);
 

@@ -27,6 +27,16 @@ mode_t defaultMode()
     return 0666 & ~mask;
 }
 
+/// Where a file is made that is opened as `path`: links may lead to one that does not exist yet.
+fs::path endOfLinks(fs::path path)
+{
+    constexpr int most = 40; // as many as Linux follows
+    std::error_code error;
+    for (int links = 0; links < most && fs::is_symlink(path, error); ++links)
+        path = path.parent_path() / fs::read_symlink(path, error);
+    return path;
+}
+
 } // namespace
 
 Output::Output(const std::optional<fs::path>& file, const Stream& standardOutput)
@@ -60,7 +70,7 @@ void Output::openTarget(const fs::path& file)
     }
     // A link stays a link to the file that is replaced.
     std::error_code error;
-    m_target = fs::weakly_canonical(file, error);
+    m_target = fs::weakly_canonical(exists ? file : endOfLinks(file), error);
     if (error) return fail(error.value());
     makeTemporary(exists ? status.st_mode & permissionBits : defaultMode());
 }

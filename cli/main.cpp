@@ -2,11 +2,15 @@
 #include "cli/Interruption.h"
 #include "library/SystemFontService.h"
 
+#include <charconv>
+#include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/ioctl.h>
+#include <system_error>
 #include <unistd.h>
 #include <vector>
 
@@ -43,6 +47,19 @@ std::string_view variable(const char* name)
     return value == nullptr ? std::string_view() : value;
 }
 
+/// Builds that are to give the same bytes each time set the time that stands in what they make.
+quillmark::PDFFontScanner::Clock checkClock()
+{
+    using namespace std::chrono;
+    constexpr std::int64_t latest = duration_cast<seconds>(system_clock::duration::max()).count();
+    const std::string_view text = variable("SOURCE_DATE_EPOCH");
+    std::int64_t count = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
+    const bool isWhole = error == std::errc() && end == text.data() + text.size();
+    if (!isWhole || count < 0 || count > latest) return system_clock::now;
+    return [count] { return system_clock::time_point(seconds(count)); };
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments)
@@ -57,6 +74,7 @@ int main(int argumentCount, char** arguments)
         .errors = stream(STDERR_FILENO),
         .locale = {},
         .plainTerminal = !variable("NO_COLOR").empty() || variable("TERM") == "dumb",
+        .clock = checkClock(),
     };
     const std::vector<std::string> given(arguments + (argumentCount > 0 ? 1 : 0),
                                          arguments + argumentCount);

@@ -1,5 +1,6 @@
 #include "library/FolderWalk.h"
 
+#include "library/AbsolutePath.h"
 #include "library/FileName.h"
 #include "library/LicenseFile.h"
 #include "library/Limits.h"
@@ -10,7 +11,6 @@
 #include <memory>
 #include <optional>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include <dirent.h>
@@ -93,18 +93,6 @@ std::vector<Entry> entries(DIR* folder)
     return found;
 }
 
-/// The folder's absolute path, in its plain form where that names the same folder: through a link,
-/// ".." need not lead back.
-std::string standardised(const fs::path& folder)
-{
-    std::error_code error;
-    const fs::path absolute = fs::absolute(folder, error);
-    if (error) return folder.native();
-    fs::path plain = absolute.lexically_normal();
-    if (!plain.has_filename()) plain = plain.parent_path(); // a trailing slash
-    return fs::equivalent(plain, absolute, error) ? plain.native() : absolute.native();
-}
-
 } // namespace
 
 bool hasFontExtension(std::string_view fileName)
@@ -115,7 +103,7 @@ bool hasFontExtension(std::string_view fileName)
 
 std::vector<fs::path> licenseCandidates(const fs::path& folder)
 {
-    const fs::path path = standardised(folder);
+    const fs::path path = absolutePath(folder);
     const OpenFolder open = openFolder(Location(path.native()), Links::follow);
     if (!open) return {};
     std::vector<Entry> found = entries(open.get());
@@ -135,7 +123,7 @@ FolderContents walkFolder(const fs::path& folder)
         std::size_t folder{}; // the folder it lies in
     };
     FolderContents contents;
-    std::vector<Pending> pending{{standardised(folder), 0, EntryKind::folder, 0}};
+    std::vector<Pending> pending{{absolutePath(folder).native(), 0, EntryKind::folder, 0}};
     Links links = Links::follow; // only the folder that was asked for
     // The folder read last is kept open: what comes next often lies in it, and however deep the
     // folders are, the way into one more is short from there.

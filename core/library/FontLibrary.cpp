@@ -7,6 +7,7 @@
 #include "library/FolderWalk.h"
 #include "library/Limits.h"
 #include "library/Parallel.h"
+#include "text/Case.h"
 #include "text/Encoding.h"
 
 #include <algorithm>
@@ -32,16 +33,6 @@ constexpr std::array<NameID, 11> platformNames{
 std::string_view fileName(const PlatformFont& font)
 {
     return font.path ? FileName::ofPath(font.path->native()) : std::string_view{};
-}
-
-/// An extension is plain ASCII wherever this is used on purpose; other letters stay as they are.
-std::string uppercased(std::string text)
-{
-    std::ranges::transform(text, text.begin(), [](char character) {
-        const bool isLower = character >= 'a' && character <= 'z';
-        return isLower ? static_cast<char>(character - 'a' + 'A') : character;
-    });
-    return text;
 }
 
 /// `names` are those of the font's `name` table.

@@ -42,6 +42,15 @@ std::string lowercased(std::string_view text)
     return U_SUCCESS(status) ? lower : asciiLowercased(text);
 }
 
+std::string uppercased(std::string_view text)
+{
+    std::string upper;
+    icu::StringByteSink<std::string> sink(&upper, icuText(text).size());
+    UErrorCode status = U_ZERO_ERROR;
+    icu::CaseMap::utf8ToUpper("", 0, icuText(text), sink, nullptr, status);
+    return U_SUCCESS(status) ? upper : std::string(text);
+}
+
 bool containsIgnoringCase(std::string_view text, std::string_view needle)
 {
     if (Utf8::isAscii(text) && Utf8::isAscii(needle)) {

@@ -5,14 +5,11 @@
 #include "text/Utf8.h"
 
 #include <unicode/brkiter.h>
-#include <unicode/bytestream.h>
-#include <unicode/casemap.h>
 #include <unicode/uchar.h>
 #include <unicode/utext.h>
 
 #include <algorithm>
 #include <memory>
-#include <string>
 
 namespace quillmark {
 namespace {
@@ -20,15 +17,6 @@ namespace {
 bool isAsciiByte(char byte)
 {
     return static_cast<unsigned char>(byte) < 0x80;
-}
-
-std::string uppercased(std::string_view text)
-{
-    std::string upper;
-    icu::StringByteSink<std::string> sink(&upper);
-    UErrorCode status = U_ZERO_ERROR;
-    icu::CaseMap::utf8ToUpper("", 0, icuText(text), sink, nullptr, status);
-    return U_SUCCESS(status) ? upper : std::string(text);
 }
 
 /// Up to `limit` characters from the start of `text`, whose first bytes are not plain ASCII.

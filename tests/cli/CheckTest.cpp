@@ -58,11 +58,11 @@ TEST_F(Check, ShowsEachFontInFullTheWorstFirst)
         "  - Matched by name to the font file at /fonts/AcmeHeadline-Bold.ttf.\n"
         "  - Embedding bits (fsType 0x0002): Restricted License, which means the font must not be "
         "embedded in documents.\n"
-        "  Pages           2\n"
-        "  In the PDF      Embedded (TrueType)\n"
-        "  Font type       TrueType\n"
-        "  Read from       The font data inside the PDF, and the matched font file\n"
-        "  Matched to      /fonts/AcmeHeadline-Bold.ttf\n"
+        "  Pages            2\n"
+        "  In the PDF       Embedded (TrueType)\n"
+        "  Font type        TrueType\n"
+        "  Read from        The font data inside the PDF, and the matched font file\n"
+        "  Matched to       /fonts/AcmeHeadline-Bold.ttf\n"
         "\n"
         "? Unknown  Willow\n"
         "  No license text in the font.\n"
@@ -72,11 +72,11 @@ TEST_F(Check, ShowsEachFontInFullTheWorstFirst)
         "it.\n"
         "  - The font has no license description or URL to read. Find where it came from and what "
         "that license allows.\n"
-        "  Pages           4, 6\n"
-        "  In the PDF      Embedded (TrueType), subset\n"
-        "  Font type       TrueType\n"
-        "  Read from       Only its name\n"
-        "  Matched to      No installed or scanned font with this name\n"
+        "  Pages            4, 6\n"
+        "  In the PDF       Embedded (TrueType), subset\n"
+        "  Font type        TrueType\n"
+        "  Read from        Only its name\n"
+        "  Matched to       No installed or scanned font with this name\n"
         "\n"
         "✓ Likely OK to embed  Brook-Light\n"
         "  Not embedded: the PDF only names this font.\n"
@@ -84,11 +84,11 @@ TEST_F(Check, ShowsEachFontInFullTheWorstFirst)
         "so none of the font ships with the file.\n"
         "  - If you re-export this file, check whether the font gets embedded then: No license "
         "text in the font.\n"
-        "  Pages           5\n"
-        "  In the PDF      Not embedded\n"
-        "  Font type       TrueType\n"
-        "  Read from       Only its name\n"
-        "  Matched to      No installed or scanned font with this name\n"
+        "  Pages            5\n"
+        "  In the PDF       Not embedded\n"
+        "  Font type        TrueType\n"
+        "  Read from        Only its name\n"
+        "  Matched to       No installed or scanned font with this name\n"
         "\n"
         "✓ Likely OK to embed  Cedar Regular\n"
         "  Names the SIL Open Font License.\n"
@@ -100,11 +100,11 @@ TEST_F(Check, ShowsEachFontInFullTheWorstFirst)
         "sell the font file by itself, and Reserved Font Names limit renamed copies.\n"
         "  - Embedding bits (fsType 0x0000): installable, no restriction set. Many fonts set these "
         "loosely, so they don't settle it.\n"
-        "  Pages           1-3, 7\n"
-        "  In the PDF      Embedded (TrueType), subset\n"
-        "  Font type       TrueType\n"
-        "  Read from       The font data inside the PDF, and the matched font file\n"
-        "  Matched to      FOLDER/Fonts/cedar.ttf\n"
+        "  Pages            1-3, 7\n"
+        "  In the PDF       Embedded (TrueType), subset\n"
+        "  Font type        TrueType\n"
+        "  Read from        The font data inside the PDF, and the matched font file\n"
+        "  Matched to       FOLDER/Fonts/cedar.ttf\n"
         "\n"
         "Tip: PDF writers often strip the license fields from the fonts they embed. Name the "
         "folder with the fonts you used, --fonts FOLDER, so each one can be matched.\n"
@@ -213,7 +213,7 @@ protected:
         arguments.insert(arguments.end(), options.begin(), options.end());
         const Outcome outcome = run(arguments);
         EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
-        const std::string label = "  Matched to      ";
+        const std::string label = "  Matched to       ";
         const auto at = outcome.output.find(label);
         if (at == std::string::npos) return outcome.output;
         const auto start = at + label.size();
@@ -313,7 +313,7 @@ TEST_F(Check, ChecksTheDocumentsThoughAFontFolderIsMissing)
         {"check", document, "--fonts", at("Nowhere"), "--fonts", at("Fonts"), "--no-installed"});
     EXPECT_EQ(outcome.exitCode, 3);
     EXPECT_EQ(outcome.errors, "quillmark-cli: FOLDER/Nowhere: No such file or directory\n");
-    EXPECT_THAT(outcome.output, HasSubstr("Matched to      FOLDER/Fonts/cedar.ttf\n"));
+    EXPECT_THAT(outcome.output, HasSubstr("Matched to       FOLDER/Fonts/cedar.ttf\n"));
 }
 
 TEST_F(Check, DoesNotTakeAFileForAFontFolder)

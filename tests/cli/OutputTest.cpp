@@ -68,6 +68,26 @@ TEST_F(OutputFile, BehindALinkIsReplacedAndTheLinkStays)
     EXPECT_THAT(content("deep/report.txt"), Optional(StartsWith("Installed fonts\n")));
 }
 
+TEST_F(OutputFile, IsMadeWhereALinkPointsThatLedNowhere)
+{
+    std::filesystem::create_directory(at("deep"));
+    std::filesystem::create_symlink("report.txt", at("deep/link.txt"));
+    std::filesystem::create_symlink("deep/link.txt", at("link.txt"));
+    EXPECT_EQ(run({"installed", "-o", at("link.txt")}).exitCode, 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(at("link.txt")));
+    EXPECT_TRUE(std::filesystem::is_symlink(at("deep/link.txt")));
+    EXPECT_THAT(content("deep/report.txt"), Optional(StartsWith("Installed fonts\n")));
+}
+
+TEST_F(OutputFile, BehindALinkToItselfIsReported)
+{
+    std::filesystem::create_symlink("link.txt", at("link.txt"));
+    const Outcome outcome = run({"installed", "-o", at("link.txt")});
+    EXPECT_EQ(outcome.exitCode, 4);
+    EXPECT_EQ(outcome.errors, "quillmark-cli: FOLDER/link.txt could not be written: Too many "
+                              "levels of symbolic links.\n");
+}
+
 TEST_F(OutputFile, IsMadeInTheCurrentFolderWithoutAPath)
 {
     const auto before = std::filesystem::current_path();

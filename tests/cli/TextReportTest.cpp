@@ -134,15 +134,15 @@ TEST_F(TextReport, ShowsAFontFileInFull)
               "  The font's embedding bits forbid embedding it.\n"
               "  - Embedding bits (fsType 0x0002): Restricted License, which means the font must "
               "not be embedded in documents.\n"
-              "  PostScript name AcmeHeadline-Bold\n"
-              "  Family          Acme\n"
-              "  Copyright       © Acme\n"
-              "  Maker           Acme Type\n"
-              "  License         Ask us. Really.\n"
-              "  License URL     https://acme.example/license\n"
-              "  Embedding bits  Restricted license (no embedding) (fsType 0x0002)\n"
-              "  Vendor ID       TEST\n"
-              "  Format          TrueType\n"
+              "  PostScript name  AcmeHeadline-Bold\n"
+              "  Family           Acme\n"
+              "  Copyright        © Acme\n"
+              "  Maker            Acme Type\n"
+              "  License          Ask us. Really.\n"
+              "  License URL      https://acme.example/license\n"
+              "  Embedding bits   Restricted license (no embedding) (fsType 0x0002)\n"
+              "  Vendor ID        TEST\n"
+              "  Format           TrueType\n"
               "\n"
               "1 fonts: 0 likely OK, 1 restricted, 0 unknown\n"
               "Check the license; this reads the font's own data. Not legal advice.\n");
@@ -154,7 +154,7 @@ TEST_F(TextReport, SaysThatAFontHasNoEmbeddingBits)
     font.fsType.reset();
     addFile("a.ttf", {font});
     EXPECT_THAT(run({"scan", at("a.ttf")}).output,
-                HasSubstr("\n  Embedding bits  None (no OS/2 table)\n"));
+                HasSubstr("\n  Embedding bits   None (no OS/2 table)\n"));
 }
 
 TEST_F(TextReport, ShowsTheStartOfALongLicenseText)
@@ -163,11 +163,11 @@ TEST_F(TextReport, ShowsTheStartOfALongLicenseText)
     font.license.assign(301, u'x');
     addFile("a.ttf", {font});
     EXPECT_THAT(run({"scan", at("a.ttf")}).output,
-                HasSubstr("  License         " + std::string(300, 'x') + "…\n"));
+                HasSubstr("  License          " + std::string(300, 'x') + "…\n"));
     font.license.assign(300, u'x');
     addFile("b.ttf", {font});
     EXPECT_THAT(run({"scan", at("b.ttf")}).output,
-                HasSubstr("  License         " + std::string(300, 'x') + "\n"));
+                HasSubstr("  License          " + std::string(300, 'x') + "\n"));
 }
 
 TEST_F(TextReport, BreaksLinesBetweenWordsOnATerminal)
@@ -178,7 +178,7 @@ TEST_F(TextReport, BreaksLinesBetweenWordsOnATerminal)
     EXPECT_THAT(run({"scan", at("acme.ttf")}).output,
                 HasSubstr("  - Embedding bits (fsType 0x0002): Restricted License,\n"
                           "    which means the font must not be embedded in documents.\n"
-                          "  PostScript name AcmeHeadline-Bold\n"));
+                          "  PostScript name  AcmeHeadline-Bold\n"));
 }
 
 TEST_F(TextReport, GivesValuesLinesOfTheirOwnOnANarrowTerminal)
@@ -190,7 +190,7 @@ TEST_F(TextReport, GivesValuesLinesOfTheirOwnOnANarrowTerminal)
                 HasSubstr("\n  PostScript name\n    AcmeHeadline-Bold\n"));
     outputColumns = 50;
     EXPECT_THAT(run({"scan", at("acme.ttf")}).output,
-                HasSubstr("\n  PostScript name AcmeHeadline-Bold\n"));
+                HasSubstr("\n  PostScript name  AcmeHeadline-Bold\n"));
 }
 
 TEST_F(TextReport, ColorsVerdictsOnATerminal)

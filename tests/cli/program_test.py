@@ -14,6 +14,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 import jsonschema
@@ -124,6 +125,27 @@ class JsonTest(ProgramTest):
         )
         (row,) = report["lists"][0]["rows"]
         self.assertNotIn("matchedPath", row["pdf"])
+
+
+    def test_the_time_of_a_check_can_be_fixed(self):
+        for value, expected in (
+            ("0", "1970-01-01T00:00:00Z"),
+            ("1700000000", "2023-11-14T22:13:20Z"),
+            ("9223372036", "2262-04-11T23:47:16Z"),
+        ):
+            self.assertEqual(self.checked_at(value), expected)
+        for value in ("", "-1", "1.5", "12x", "9223372037", "99999999999999999999"):
+            before = time.gmtime()
+            checked = time.strptime(self.checked_at(value), "%Y-%m-%dT%H:%M:%SZ")
+            self.assertLessEqual(before[:6], checked[:6], value)
+            self.assertLessEqual(checked[:6], time.gmtime()[:6], value)
+
+    def checked_at(self, source_date_epoch):
+        environment = {**os.environ, "SOURCE_DATE_EPOCH": source_date_epoch}
+        result = run(
+            "check", self.at("document.pdf"), "--no-installed", "-fjson", env=environment
+        )
+        return json.loads(result.stdout)["lists"][0]["checkedAt"]
 
 
 class StreamsTest(ProgramTest):

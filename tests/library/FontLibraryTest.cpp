@@ -223,6 +223,7 @@ TEST(FormatName, EveryFormatNumberAndExtensionHasItsLabel)
         {std::nullopt, "/f/a.woff", "WOFF"},
         {std::nullopt, "/f/a.woff2", "WOFF2"},
         {std::nullopt, "/f/a.WoFf2", "WOFF2"},
+        {std::nullopt, "/f/a.\u00E9t\u00E9", "\u00C9T\u00C9"},
         {std::nullopt, "/f.d/a", "Font"},
         {std::nullopt, "/f/a.", "Font"},
         {std::nullopt, "/f/.woff", "Font"},

@@ -41,6 +41,14 @@ INSTANTIATE_TEST_SUITE_P(
         LowerCase{"ScriptsWithoutCaseStay", "中文 कखग", "中文 कखग"}),
     [](const auto& row) { return std::string(row.param.name); });
 
+TEST(Case, UpperCasingIsFullUnicodeInTheRootLocale)
+{
+    EXPECT_EQ(uppercased(""), "");
+    EXPECT_EQ(uppercased("woff2 az AZ @[`{"), "WOFF2 AZ AZ @[`{");
+    EXPECT_EQ(uppercased("àéñøþ αβς жя ß i"), "ÀÉÑØÞ ΑΒΣ ЖЯ SS I");
+    EXPECT_EQ(uppercased("中文"), "中文");
+}
+
 struct ContainsCase {
     const char* name;
     std::string_view text;
