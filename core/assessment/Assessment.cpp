@@ -1,5 +1,6 @@
 #include "assessment/Assessment.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace quillmark {
@@ -17,14 +18,7 @@ constexpr auto verdictLabels = std::to_array<Labels>({
     {Verdict::likelyOK, "Likely OK to embed", "Likely OK"},
 });
 
-constexpr bool inDeclarationOrder()
-{
-    for (std::size_t i = 0; i < verdictLabels.size(); ++i)
-        if (verdictLabels[i].verdict != static_cast<Verdict>(i)) return false;
-    return verdictLabels.size() == rawValues<Verdict>.size();
-}
-static_assert(inDeclarationOrder());
-static_assert(allVerdicts.size() == rawValues<Verdict>.size());
+static_assert(std::ranges::equal(verdictLabels, allCases<Verdict>, {}, &Labels::verdict));
 
 constexpr const Labels& labels(Verdict verdict)
 {

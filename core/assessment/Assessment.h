@@ -21,9 +21,6 @@ inline constexpr auto rawValues<Verdict> = std::to_array<std::string_view>({
     "likelyOK",
 });
 
-/// Every Verdict in declaration order.
-inline constexpr std::array allVerdicts{Verdict::restricted, Verdict::unknown, Verdict::likelyOK};
-
 [[nodiscard]] std::string_view label(Verdict verdict);
 [[nodiscard]] std::string_view shortLabel(Verdict verdict);
 

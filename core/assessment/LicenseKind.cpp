@@ -31,13 +31,7 @@ constexpr auto presentations = std::to_array<Presentation>({
     {LicenseKind::none, "No license text", false},
 });
 
-constexpr bool inDeclarationOrder()
-{
-    for (std::size_t i = 0; i < presentations.size(); ++i)
-        if (presentations[i].kind != static_cast<LicenseKind>(i)) return false;
-    return presentations.size() == rawValues<LicenseKind>.size();
-}
-static_assert(inDeclarationOrder());
+static_assert(std::ranges::equal(presentations, allCases<LicenseKind>, {}, &Presentation::kind));
 
 constexpr const Presentation& presentation(LicenseKind kind)
 {

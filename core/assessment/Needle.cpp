@@ -1,5 +1,7 @@
 #include "assessment/Needle.h"
 
+#include "text/Utf8.h"
+
 #include <algorithm>
 
 namespace quillmark {
@@ -10,12 +12,6 @@ namespace {
 constexpr std::size_t smallBlock = 32;
 constexpr std::size_t largeBlock = 128;
 constexpr std::size_t longText = 1024;
-
-constexpr char asciiLower(char character)
-{
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A'))
-                                                : character;
-}
 
 /// Whether both characters stand in their places for at least one of a block's starting points.
 /// Setting bit 0x20 lower-cases letters. It makes other characters of controls, which costs no more
@@ -66,8 +62,9 @@ bool Needle::startsAmong(const char* starts, std::size_t count) const
 
 bool Needle::matchesAt(const char* start) const
 {
-    return asciiLower(start[m_rarest]) == m_text[m_rarest] &&
-           std::ranges::equal(m_text, std::string_view(start, m_text.size()), {}, {}, asciiLower);
+    return Utf8::asciiLower(start[m_rarest]) == m_text[m_rarest] &&
+           std::ranges::equal(m_text, std::string_view(start, m_text.size()), {}, {},
+                              Utf8::asciiLower);
 }
 
 } // namespace quillmark

@@ -1,6 +1,7 @@
 // Words looked for in licence texts, whatever their case.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -11,19 +12,28 @@ namespace quillmark {
 /// a search copies nothing, and looks at only two of the needle's characters in most places.
 class Needle {
 public:
-    /// Refuses, when compiled, a text for which comparing ASCII letters alone could go wrong: with
-    /// other than lower-case ASCII characters, with a k (the Kelvin sign lower-cases to it), or
-    /// with an i at its end (a dotted capital I lower-cases to an i and a combining dot).
+    /// Whether `text` can be searched for by comparing ASCII letters alone. That could go wrong
+    /// with other than lower-case ASCII characters, with a k (the Kelvin sign lower-cases to it),
+    /// and with an i at its end (a dotted capital I lower-cases to an i and a combining dot). Nor
+    /// can it hold a sign without the bit that tells small letters from capitals, such as an
+    /// underscore or an at sign: the search sets that bit in what it looks at.
+    [[nodiscard]] static constexpr bool isSuitable(std::string_view text)
+    {
+        constexpr unsigned smallLetterBit = 0x20;
+        const auto isSearchable = [](char character) {
+            return character >= ' ' && character <= 'z' && character != 'k' &&
+                   (static_cast<unsigned>(character) & smallLetterBit) != 0;
+        };
+        return text.size() >= 2 && !text.ends_with('i') &&
+               std::all_of(text.begin(), text.end(), isSearchable);
+    }
+
+    /// Refuses, when compiled, a text that is not suitable.
     consteval Needle(const char* text) : m_text(text)
     {
-        if (m_text.size() < 2 || m_text.ends_with('i')) throw "unsuitable needle";
-        for (std::size_t i = 0; i < m_text.size(); ++i) {
-            const char character = m_text[i];
-            if (character < ' ' || character > 'z' || character == 'k' ||
-                (character >= 'A' && character <= 'Z'))
-                throw "unsuitable needle";
-            if (rarity(character) > rarity(m_text[m_rarest])) m_rarest = i;
-        }
+        if (!isSuitable(m_text)) throw "unsuitable needle";
+        for (std::size_t i = 0; i < m_text.size(); ++i)
+            if (rarity(m_text[i]) > rarity(m_text[m_rarest])) m_rarest = i;
         m_second = m_rarest == 0 ? 1 : 0;
         for (std::size_t i = 0; i < m_text.size(); ++i)
             if (i != m_rarest && rarity(m_text[i]) > rarity(m_text[m_second])) m_second = i;

@@ -22,6 +22,10 @@ constexpr std::uint16_t copyrightOperator = escapedOperators;
 /// String ids below it name strings that every CFF reader knows; no font's own name is one of them.
 constexpr std::int32_t standardStringCount = 391;
 
+/// The most text, in bytes as stored, that is taken from one program, as from one name table. All
+/// names can be one and the same string of many megabytes; one that would go beyond is left out.
+constexpr std::size_t maximumProgramText = std::size_t{16} << 20U;
+
 /// An INDEX whose every element has been found to lie inside the program.
 class Index {
 public:
@@ -163,22 +167,24 @@ std::optional<BareFontInfo> CFF::read(std::span<const std::byte> program)
     const auto topDict = topDicts->element(0);
     if (!strings || !topDict) return std::nullopt;
 
+    std::size_t textLeft = maximumProgramText;
+    const auto decoded =
+        [&textLeft](
+            const std::optional<std::span<const std::byte>>& stored) -> std::optional<std::string> {
+        if (!stored || stored->empty() || stored->size() > textLeft) return std::nullopt;
+        textLeft -= stored->size();
+        return decodeUtf8(*stored);
+    };
     const auto values = firstOperands(*topDict);
     const auto string = [&](std::uint16_t number) -> std::optional<std::string> {
         const auto id = values.find(number);
         if (id == values.end() || id->second < standardStringCount) return std::nullopt;
-        const auto bytes =
-            strings->element(static_cast<std::size_t>(id->second - standardStringCount));
-        if (!bytes) return std::nullopt;
-        const std::string text = decodeUtf8(*bytes);
-        const std::string_view kept = trimmed(text);
-        if (kept.empty()) return std::nullopt;
-        return std::string(kept);
+        const auto index = static_cast<std::size_t>(id->second - standardStringCount);
+        return trimmedOrAbsent(decoded(strings->element(index)).value_or(""));
     };
 
     BareFontInfo info;
-    if (const auto name = names->element(0); name && !name->empty())
-        info.fontName = decodeUtf8(*name);
+    info.fontName = decoded(names->element(0));
     info.fullName = string(fullNameOperator);
     info.familyName = string(familyNameOperator);
     info.notice = string(noticeOperator);

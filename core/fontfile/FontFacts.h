@@ -1,6 +1,7 @@
 // The record that everything else passes around: what one font face says about itself.
 #pragma once
 
+#include "fontfile/FormatLabel.h"
 #include "fontfile/NameTable.h"
 #include "fontfile/OS2Info.h"
 #include "text/RawValue.h"
@@ -25,17 +26,6 @@ inline constexpr auto rawValues<FontOrigin> = std::to_array<std::string_view>({
     "folder",
     "document",
 });
-
-/// The values of FontFacts::format, but for the upper-cased extension of an unrecognised format.
-namespace FormatLabel {
-inline constexpr std::string_view trueType = "TrueType";
-inline constexpr std::string_view trueTypeCollection = "TrueType collection";
-inline constexpr std::string_view openTypeCFF = "OpenType (CFF)";
-inline constexpr std::string_view postScriptType1 = "PostScript Type 1";
-inline constexpr std::string_view bitmap = "Bitmap";
-inline constexpr std::string_view font = "Font";
-inline constexpr std::string_view bareProgram = "CFF/Type 1";
-} // namespace FormatLabel
 
 /// One font face. Absent means that the font does not say; texts are trimmed and never empty when
 /// they come from a font. `postScriptName` names the font in notes and look-ups.

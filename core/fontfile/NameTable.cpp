@@ -102,13 +102,12 @@ std::vector<Candidate> candidates(const ByteReader& table, const Wanted& wanted)
     return found;
 }
 
-std::string decoded(const Candidate& candidate)
+std::optional<std::string> decoded(const Candidate& candidate)
 {
-    std::string text = candidate.encoding == TextEncoding::utf16
-                           ? decodeUtf16BigEndian(candidate.bytes)
-                           : decodeMacRoman(candidate.bytes);
-    const std::string_view kept = trimmed(text, TrimAlso::nul);
-    return kept.size() == text.size() ? std::move(text) : std::string(kept);
+    return trimmedOrAbsent(candidate.encoding == TextEncoding::utf16
+                               ? decodeUtf16BigEndian(candidate.bytes)
+                               : decodeMacRoman(candidate.bytes),
+                           TrimAlso::nul);
 }
 
 /// Takes `amount` off `budget` if it has that much left.
@@ -136,8 +135,7 @@ NameStrings chosen(std::span<const std::byte> table, std::size_t& budget, const 
         // out to be blank.
         if (!strings.empty() && std::prev(strings.end())->first == candidate.nameID) continue;
         if (!spend(textLeft, candidate.bytes.size())) continue;
-        std::string text = decoded(candidate);
-        if (!text.empty()) strings.add(candidate.nameID, std::move(text));
+        if (auto text = decoded(candidate)) strings.add(candidate.nameID, *std::move(text));
     }
     budget -= textBefore - textLeft;
     return strings;

@@ -14,11 +14,8 @@ std::optional<OS2Info> OS2Info::read(std::span<const std::byte> table)
     if (!version || !fsType) return std::nullopt;
 
     OS2Info info{*version, *fsType, std::nullopt};
-    if (const auto achVendID = reader.slice(58, 4)) {
-        const std::string decoded = decodeAscii(*achVendID);
-        const std::string_view vendor = trimmed(decoded, TrimAlso::controls);
-        if (!vendor.empty()) info.vendorID = vendor;
-    }
+    if (const auto achVendID = reader.slice(58, 4))
+        info.vendorID = trimmedOrAbsent(decodeAscii(*achVendID), TrimAlso::controls);
     return info;
 }
 

@@ -1,6 +1,7 @@
 #include "fontfile/SFNT.h"
 
 #include "fontfile/ByteReader.h"
+#include "fontfile/FormatLabel.h"
 
 #include <algorithm>
 #include <array>
@@ -74,7 +75,8 @@ std::optional<FaceLayout> layout(std::span<const std::byte> directory, std::uint
     if (!count) return std::nullopt;
 
     FaceLayout layout;
-    layout.outlines = reader.u32(0) == openTypeCFFVersion ? "OpenType (CFF)" : "TrueType";
+    layout.outlines =
+        reader.u32(0) == openTypeCFFVersion ? FormatLabel::openTypeCFF : FormatLabel::trueType;
     for (std::size_t i = 0; i < *count; ++i) {
         const auto bytes = reader.slice(tableRecordsStart + i * tableRecordSize, tableRecordSize);
         if (!bytes) return std::nullopt;

@@ -16,7 +16,7 @@ namespace quillmark {
 struct SFNTFace {
     std::optional<std::span<const std::byte>> name;
     std::optional<std::span<const std::byte>> os2;
-    std::string_view outlines; // "OpenType (CFF)" or "TrueType"
+    std::string_view outlines; // FormatLabel::openTypeCFF or FormatLabel::trueType
 
     /// Compares the tables' contents, not where they lie.
     friend bool operator==(const SFNTFace& left, const SFNTFace& right);

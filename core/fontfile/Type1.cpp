@@ -70,10 +70,7 @@ std::optional<std::string> parenthesisedString(Latin1 program, std::string_view 
         }
         characters.push_back(character);
     }
-    const std::string text = toUtf8(characters);
-    const std::string_view kept = trimmed(text);
-    if (kept.empty()) return std::nullopt;
-    return std::string(kept);
+    return trimmedOrAbsent(toUtf8(characters));
 }
 
 } // namespace

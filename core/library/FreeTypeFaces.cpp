@@ -142,9 +142,9 @@ private:
 void put(NameStrings& names, NameID id, const char* characters)
 {
     if (characters == nullptr) return;
-    const std::string text = decodeLatin1(std::as_bytes(std::span(std::string_view(characters))));
-    const std::string_view kept = trimmed(text);
-    if (!kept.empty()) names.add(static_cast<std::uint16_t>(id), std::string(kept));
+    auto text =
+        trimmedOrAbsent(decodeLatin1(std::as_bytes(std::span(std::string_view(characters)))));
+    if (text) names.add(static_cast<std::uint16_t>(id), *std::move(text));
 }
 
 NameStrings type1Names(FT_Face face)

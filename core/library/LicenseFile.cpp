@@ -26,10 +26,7 @@ std::optional<std::string> licenseText(const std::filesystem::path& path)
     if (!file || file->size() >= LicenseFile::maximumFileSize) return std::nullopt;
     std::array<std::byte, LicenseFile::maximumTextSize> bytes{};
     const std::size_t count = file->read(0, bytes);
-    const std::string text = decodeUtf8(std::span(bytes).first(count));
-    const std::string_view kept = trimmed(text);
-    if (kept.empty()) return std::nullopt;
-    return std::string(kept);
+    return trimmedOrAbsent(decodeUtf8(std::span(bytes).first(count)));
 }
 
 } // namespace

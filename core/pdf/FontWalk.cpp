@@ -118,6 +118,7 @@ private:
     std::vector<Place> m_places;
     std::unordered_map<std::size_t, Enumeration> m_enumerations; // unfinished, by place
     std::vector<std::size_t> m_stack;                            // places of XObjects
+    std::size_t m_pendingObjects{};                              // in unfinished enumerations
 
     std::vector<Found> m_fonts;
     std::vector<int> m_firstPages;                      // of each font
@@ -197,6 +198,7 @@ void Walk::scanForms(const DictionaryRef& resources, std::optional<std::size_t> 
         auto& [entries, next] = m_enumerations[place];
         if (next == entries.size()) {
             m_stack.pop_back();
+            m_pendingObjects -= entries.size();
             m_enumerations[place] = {}; // done: keeps nothing alive
             continue;
         }
@@ -217,7 +219,12 @@ void Walk::enter(const PDF::Dictionary& resources, std::optional<std::size_t> co
     if (!objects) return;
     const auto [place, firstTime] = placeOf(objects->identity(), Role::objects);
     within(place, std::nullopt);
-    if (firstTime) m_enumerations[place].entries = PDF::entries(*objects);
+    if (firstTime) {
+        auto entries = PDF::entries(*objects);
+        if (m_pendingObjects + entries.size() > Limits::pendingObjects) return;
+        m_pendingObjects += entries.size();
+        m_enumerations[place].entries = std::move(entries);
+    }
     m_stack.push_back(place);
 }
 

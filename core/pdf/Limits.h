@@ -27,11 +27,19 @@ inline constexpr std::size_t streamDictionaryText = std::size_t{64} << 10U;
 /// Bytes of parsed objects that are kept for being asked for again.
 inline constexpr std::size_t objectCache = 64 * mebibyte;
 
-/// Bytes of text parsed for one document. Large documents are read once and a bit.
-constexpr std::uint64_t parsedText(std::uint64_t fileSize)
+/// Bytes of objects parsed for one document, in text or in memory, whichever is more. Large
+/// documents are read once and a bit, and of that only what leads to fonts.
+constexpr std::uint64_t parsedBytes(std::uint64_t fileSize)
 {
-    return 256 * mebibyte + 4 * fileSize;
+    return 128 * mebibyte + 16 * fileSize;
 }
+
+/// Bytes of a name that a font has or is told by. PDF 1.7 allowed 127; rows hold a name some times.
+inline constexpr std::size_t nameBytes = 1024;
+
+/// XObjects in dictionaries that are being gone through at one time, because forms in them lead to
+/// further ones.
+inline constexpr std::size_t pendingObjects = 250'000;
 
 /// Decoded bytes of one stream, and of each layer when filters are chained. The largest embedded
 /// fonts, with all of Chinese, Japanese and Korean, have some 20 MB.

@@ -73,6 +73,12 @@ bool isKeyword(std::string_view word)
     return std::ranges::find(keywords, word) != keywords.end();
 }
 
+/// Whether a name that is written so may be `wanted`; what its escapes stand for is not looked at.
+bool mayStandFor(std::string_view written, std::string_view wanted)
+{
+    return written == wanted || written.find('#') != std::string_view::npos;
+}
+
 /// The arrays and dictionaries around a place in an object.
 class OpenContainers {
 public:
@@ -260,8 +266,7 @@ bool ObjectLexer::mayContain(std::string_view wanted)
         skip();
         const bool twice = skipSecondBracket(byte);
         if (byte == '/') {
-            const auto characters = regularCharacters();
-            if (characters == wanted || characters.find('#') != std::string_view::npos) return true;
+            if (mayStandFor(regularCharacters(), wanted)) return true;
         } else if (byte == '[' || (byte == '<' && twice)) {
             if (!open.begin(byte)) return true;
         } else if (byte == ']' || (byte == '>' && twice)) {

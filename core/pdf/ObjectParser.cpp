@@ -163,21 +163,28 @@ void ObjectParser::orderEntries(std::size_t begin)
 ParsedObjectRef ObjectParser::indirect(const ObjectText& text, const Reference& expected)
 {
     ObjectLexer lexer(text.source, text.offset, text.limit);
-    if (!passHeader(lexer, expected)) return nullptr;
-    return parse(lexer, Streams::possible, text.offset);
+    ParsedObjectRef object;
+    if (passHeader(lexer, expected)) object = parse(lexer, Streams::possible, text.offset);
+    m_textRead = lexer.consumed();
+    return object;
 }
 
 ParsedObjectRef ObjectParser::direct(const ObjectText& text)
 {
     ObjectLexer lexer(text.source, text.offset, text.limit);
-    return parse(lexer, Streams::impossible, text.offset);
+    auto object = parse(lexer, Streams::impossible, text.offset);
+    m_textRead = lexer.consumed();
+    return object;
 }
 
-bool mayHaveKey(const ObjectText& text, const Reference& expected, std::string_view name)
+bool ObjectParser::mayHaveKey(const ObjectText& text, const Reference& expected,
+                              std::string_view name)
 {
     ObjectLexer lexer(text.source, text.offset, text.limit);
-    if (expected.number != 0 && !passHeader(lexer, expected)) return true;
-    return lexer.mayContain(name);
+    const bool headerDiffers = expected.number != 0 && !passHeader(lexer, expected);
+    const bool may = headerDiffers || lexer.mayContain(name);
+    m_textRead = lexer.consumed();
+    return may;
 }
 
 std::vector<ObjectPlace> parsePlaces(const ObjectText& text, std::uint64_t count)

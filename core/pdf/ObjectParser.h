@@ -33,6 +33,14 @@ public:
     /// The same for text without a header, as in an object stream. It is never a stream.
     [[nodiscard]] ParsedObjectRef direct(const ObjectText& text);
 
+    /// Whether a dictionary may have the key `name`, without taking it apart. False only when it
+    /// certainly has not. `expected` is the object's header; without a number, there is none.
+    [[nodiscard]] bool mayHaveKey(const ObjectText& text, const Reference& expected,
+                                  std::string_view name);
+
+    /// Bytes of text that the last call looked at, whatever came of it.
+    [[nodiscard]] std::size_t textRead() const { return m_textRead; }
+
 private:
     enum class Streams { impossible, possible };
     struct Open {
@@ -59,12 +67,8 @@ private:
     std::vector<Value> m_pending;
     std::vector<Entry> m_entries;
     std::string m_endedBy; // the keyword at which an object ended, if it did
+    std::size_t m_textRead{};
 };
-
-/// Whether a dictionary may have the key `name`, without taking it apart. False only when it
-/// certainly has not. `expected` is the object's header; without a number, there is none.
-[[nodiscard]] bool mayHaveKey(const ObjectText& text, const Reference& expected,
-                              std::string_view name);
 
 /// One object of an object stream: its number, and where it begins behind the pairs.
 struct ObjectPlace {

@@ -24,7 +24,7 @@ Node root(ParsedObjectRef object, const Reference& owner)
 } // namespace
 
 ObjectStore::ObjectStore(std::unique_ptr<QPDFFile> file)
-    : m_file(std::move(file)), m_textLeft(Limits::parsedText(m_file->bytes().size())),
+    : m_file(std::move(file)), m_parsingLeft(Limits::parsedBytes(m_file->bytes().size())),
       m_objectStreams{Limits::objectStreams(m_file->bytes().size())}, m_programs{
                                                                           Limits::programBytes}
 {
@@ -76,6 +76,14 @@ Identity ObjectStore::identity(const Node& node)
     return (Identity{owner} << 32U) | node.object->position(*node.value);
 }
 
+/// Counts what the parser has just done, and what it made. Text that gives nothing counts too, or
+/// a document could have it read for ever.
+void ObjectStore::charge(const ParsedObjectRef& object)
+{
+    const std::uint64_t cost = std::max(m_parser.textRead(), object ? object->memory() : 0);
+    m_parsingLeft -= std::min(m_parsingLeft, cost);
+}
+
 template <ObjectStore::Where where>
 ParsedObjectRef ObjectStore::object(const Reference& reference)
 {
@@ -88,11 +96,13 @@ ParsedObjectRef ObjectStore::object(const Reference& reference)
         object = readFromFile(reference, location->value);
     else if constexpr (where == Where::anywhere)
         object = readFromStream(reference, location->value);
-    if (!object) return nullptr;
-    m_objectBytes += object->memory();
+    else
+        return nullptr;
+    const std::size_t bytes = object ? object->memory() : sizeof(ParsedObject);
+    m_objectBytes += bytes;
     if (m_objectBytes > Limits::objectCache) {
         m_objects.clear();
-        m_objectBytes = object->memory();
+        m_objectBytes = bytes;
     }
     m_objects.emplace(keyOf(reference), object);
     return object;
@@ -101,14 +111,17 @@ ParsedObjectRef ObjectStore::object(const Reference& reference)
 ParsedObjectRef ObjectStore::readFromFile(const Reference& reference, std::uint64_t offset)
 {
     const auto read = [&](std::uint64_t at) {
-        const auto limit = std::min<std::uint64_t>(Limits::objectText, m_textLeft);
+        const auto limit = std::min<std::uint64_t>(Limits::objectText, m_parsingLeft);
         auto object =
             m_parser.indirect({m_file->bytes(), at, static_cast<std::size_t>(limit)}, reference);
-        m_textLeft -= std::min<std::uint64_t>(m_textLeft, object ? object->textSize() : 0);
+        charge(object);
         return object;
     };
     if (auto object = read(offset)) return object;
-    m_file->repair(reference);
+    if (m_file->repair(reference)) {
+        // What was unreadable before may be found now.
+        std::erase_if(m_objects, [](const auto& known) { return !known.second; });
+    }
     const auto location = m_file->find(reference);
     if (!location || location->kind != Location::Kind::inFile || location->value == offset)
         return nullptr;
@@ -124,18 +137,23 @@ const ObjectPlace* ObjectStore::placeIn(const Members& members, std::uint32_t nu
 bool ObjectStore::mayHaveKey(const Node& node, std::string_view key)
 {
     // An object that does not show its lack of the key within this much is read anyway.
-    constexpr std::size_t looked = 2048;
+    const auto looked = static_cast<std::size_t>(std::min<std::uint64_t>(2048, m_parsingLeft));
     const auto reference = node.object ? node.value->reference() : std::nullopt;
     if (!reference || m_objects.contains(keyOf(*reference))) return true;
     const auto location = m_file->find(*reference);
     if (!location) return false;
+    const auto look = [&](const ObjectText& text, const Reference& expected) {
+        const bool may = m_parser.mayHaveKey(text, expected, key);
+        charge(nullptr);
+        return may;
+    };
     if (location->kind == Location::Kind::inFile)
-        return PDF::mayHaveKey({m_file->bytes(), location->value, looked}, *reference, key);
+        return look({m_file->bytes(), location->value, looked}, *reference);
     const auto container = members(location->value);
     const ObjectPlace* place = container ? placeIn(*container, reference->number) : nullptr;
     if (!place) return false;
     const auto source = memorySource(container->bytes);
-    return PDF::mayHaveKey({*source, container->first + place->offset, looked}, {}, key);
+    return look({*source, container->first + place->offset, looked}, {});
 }
 
 ParsedObjectRef ObjectStore::readFromStream(const Reference& reference, std::uint64_t stream)
@@ -146,12 +164,11 @@ ParsedObjectRef ObjectStore::readFromStream(const Reference& reference, std::uin
     if (!place) return nullptr;
     const auto source = memorySource(container->bytes);
     const auto limit =
-        std::min({std::uint64_t{Limits::objectText}, m_textLeft, container->textLeft});
+        std::min({std::uint64_t{Limits::objectText}, m_parsingLeft, container->textLeft});
     auto object = m_parser.direct(
         {*source, container->first + place->offset, static_cast<std::size_t>(limit)});
-    const std::uint64_t text = object ? object->textSize() : limit;
-    m_textLeft -= std::min(m_textLeft, text);
-    container->textLeft -= std::min(container->textLeft, text);
+    charge(object);
+    container->textLeft -= std::min<std::uint64_t>(container->textLeft, m_parser.textRead());
     return object;
 }
 

@@ -65,6 +65,7 @@ private:
         std::uint64_t textLeft{};        // that may be parsed, against objects that overlap
     };
 
+    void charge(const ParsedObjectRef& object);
     template <Where where>
     [[nodiscard]] ParsedObjectRef object(const Reference& reference);
     [[nodiscard]] ParsedObjectRef readFromFile(const Reference& reference, std::uint64_t offset);
@@ -88,13 +89,13 @@ private:
 
     std::unique_ptr<QPDFFile> m_file;
     ObjectParser m_parser;
-    std::unordered_map<std::uint64_t, ParsedObjectRef> m_objects;
+    std::unordered_map<std::uint64_t, ParsedObjectRef> m_objects; // null: unreadable
     std::size_t m_objectBytes{};
     std::unordered_map<std::uint64_t, std::shared_ptr<Members>> m_members;
     std::size_t m_memberBytes{};
     std::unordered_map<std::uint64_t, SharedBytes> m_data;
     std::unordered_map<std::uint64_t, std::uint32_t> m_otherGenerations;
-    std::uint64_t m_textLeft;
+    std::uint64_t m_parsingLeft; // against Limits::parsedBytes
     StreamDecoder m_objectStreams;
     StreamDecoder m_programs;
 };

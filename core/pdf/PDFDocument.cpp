@@ -1,5 +1,6 @@
 #include "pdf/PDFDocument.h"
 
+#include "pdf/Limits.h"
 #include "pdf/ObjectStore.h"
 #include "text/Encoding.h"
 
@@ -75,7 +76,7 @@ public:
     {
         const Node node = m_store.get(m_node, key);
         const auto name = node.object ? node.object->name(*node.value) : std::nullopt;
-        if (!name) return std::nullopt;
+        if (!name || name->size() > Limits::nameBytes) return std::nullopt;
         return repairedUtf8(*name);
     }
     void enumerate(const Visitor& visitor) const override

@@ -157,15 +157,16 @@ std::optional<Location> QPDFFile::find(const Reference& reference) const
     return found->location;
 }
 
-void QPDFFile::repair(const Reference& reference)
+bool QPDFFile::repair(const Reference& reference)
 {
-    if (m_repairsLeft == 0) return;
+    if (m_repairsLeft == 0) return false;
     --m_repairsLeft;
     m_implementation->attempt([&] {
         // Reading the object makes libqpdf see for itself, and search.
         (void)m_implementation->pdf.getObject(numbers(reference)).isNull();
         readTable();
     });
+    return true;
 }
 
 void QPDFFile::setInteger(const Reference& reference, std::int64_t value)

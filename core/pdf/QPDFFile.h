@@ -53,8 +53,9 @@ public:
     [[nodiscard]] std::optional<Location> find(const Reference& reference) const;
 
     /// To be called when an object is not where `find` says: looks through the whole file for
-    /// objects, the first few times that this happens. Afterwards, `find` may say something else.
-    void repair(const Reference& reference);
+    /// objects, the first few times that this happens. Whether it did: afterwards, `find` may say
+    /// something else.
+    bool repair(const Reference& reference);
 
     /// Tells the value of an object that a stream's length is given by.
     void setInteger(const Reference& reference, std::int64_t value);

@@ -27,10 +27,17 @@ constexpr std::u16string_view macRomanUpperHalf =
     u"\u02C7";
 static_assert(macRomanUpperHalf.size() == 128);
 
+std::string_view asCharacters(std::span<const std::byte> bytes)
+{
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
 /// Bytes of a one-byte encoding whose lower half is ASCII.
 template <typename UpperHalf>
 std::string decodeBytes(std::span<const std::byte> bytes, UpperHalf upperHalf)
 {
+    if (const auto characters = asCharacters(bytes); Utf8::isAscii(characters))
+        return std::string(characters);
     std::string text;
     text.reserve(bytes.size());
     for (const std::byte byte : bytes) {
@@ -56,7 +63,7 @@ bool isLowSurrogate(char32_t unit)
 
 std::string decodeUtf8(std::span<const std::byte> bytes)
 {
-    return repairedUtf8({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    return repairedUtf8(asCharacters(bytes));
 }
 
 std::string repairedUtf8(std::string_view text)

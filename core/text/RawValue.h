@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -19,6 +20,15 @@ constexpr std::string_view rawValue(E value)
 {
     return rawValues<E>[static_cast<std::size_t>(value)];
 }
+
+/// Every case of enumeration `E`, in declaration order.
+template <typename E>
+inline constexpr auto allCases = [] {
+    std::array<E, rawValues<E>.size()> cases{};
+    for (std::size_t i = 0; i < cases.size(); ++i)
+        cases[i] = static_cast<E>(i);
+    return cases;
+}();
 
 /// The case stored as `raw`; absent when no case has that raw value (compared exactly).
 template <typename E>

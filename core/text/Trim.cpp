@@ -41,4 +41,12 @@ std::string_view trimmed(std::string_view text, TrimAlso also)
     return text;
 }
 
+std::optional<std::string> trimmedOrAbsent(std::string text, TrimAlso also)
+{
+    const std::string_view kept = trimmed(text, also);
+    if (kept.empty()) return std::nullopt;
+    if (kept.size() == text.size()) return text;
+    return std::string(kept);
+}
+
 } // namespace quillmark

@@ -49,10 +49,10 @@ TEST(Verdict, SortsTheWorstFirst)
 
 TEST(Verdict, AllOfThemStandInDeclarationOrder)
 {
-    ASSERT_EQ(allVerdicts.size(), 3U);
-    EXPECT_EQ(allVerdicts[0], Verdict::restricted);
-    EXPECT_EQ(allVerdicts[1], Verdict::unknown);
-    EXPECT_EQ(allVerdicts[2], Verdict::likelyOK);
+    ASSERT_EQ(allCases<Verdict>.size(), 3U);
+    EXPECT_EQ(allCases<Verdict>[0], Verdict::restricted);
+    EXPECT_EQ(allCases<Verdict>[1], Verdict::unknown);
+    EXPECT_EQ(allCases<Verdict>[2], Verdict::likelyOK);
 }
 
 TEST(Assessment, EqualsAnotherOnlyWhenEveryFieldDoes)

@@ -92,9 +92,9 @@ INSTANTIATE_TEST_SUITE_P(LicenseKind, LicenseKinds, testing::ValuesIn(kinds),
 
 TEST(LicenseKind, ThereAreNineInThisOrder)
 {
-    EXPECT_EQ(rawValues<LicenseKind>.size(), 9U);
+    ASSERT_EQ(allCases<LicenseKind>.size(), 9U);
     for (std::size_t i = 0; i < kinds.size(); ++i)
-        EXPECT_EQ(static_cast<std::size_t>(kinds[i].kind), i);
+        EXPECT_EQ(allCases<LicenseKind>[i], kinds[i].kind);
 }
 
 TEST(LicenseKind, AnUnknownRawValueIsNoKind)

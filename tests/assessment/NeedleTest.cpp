@@ -101,6 +101,26 @@ TEST(Needle, AControlOrAnotherSignIsNotTakenForASignOfTheNeedle)
     EXPECT_FALSE(oflVersion.occursIn(text + "ofl\r1.1" + text));
 }
 
+TEST(Needle, TextThatTheSearchCouldMissIsNotSuitable)
+{
+    EXPECT_TRUE(Needle::isSuitable("ofl-1.1"));
+    EXPECT_TRUE(Needle::isSuitable("opensource.org/licenses/mit"));
+    EXPECT_TRUE(Needle::isSuitable(" `z"));
+    for (const std::string_view text : {
+             ""sv,          // found everywhere
+             "g"sv,         // without a second character to look for
+             "GPL"sv,       // capitals
+             "gn\u00FC"sv,  // not ASCII
+             "link"sv,      // a Kelvin sign may stand for the k
+             "sil mi"sv,    // a dotted capital I may stand for the i
+             "a\nb"sv,      // controls
+             "open_font"sv, // signs that the bit of a small letter would change
+             "ofl@sil"sv, "[gpl]"sv, "a\\b"sv, "a^b"sv,
+             "{gpl}"sv, // beyond z
+         })
+        EXPECT_FALSE(Needle::isSuitable(text)) << text;
+}
+
 /// `character`, from U+0080 up, in UTF-8.
 std::string utf8(char32_t character)
 {

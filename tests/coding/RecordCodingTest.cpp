@@ -322,7 +322,7 @@ TEST(RecordCoding, TheLargest16BitNumbersComeBack)
 
 TEST(RecordCoding, AssessmentsOfEveryVerdictAndLicenceComeBack)
 {
-    for (const Verdict verdict : allVerdicts) {
+    for (const Verdict verdict : allCases<Verdict>) {
         for (std::size_t kind = 0; kind < rawValues<LicenseKind>.size(); ++kind) {
             Assessment assessment = someAssessment();
             assessment.verdict = verdict;

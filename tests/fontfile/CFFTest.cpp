@@ -112,6 +112,28 @@ TEST(CFF, BlankStringIsAbsent)
               std::nullopt);
 }
 
+TEST(CFF, SixteenMegabytesOfTextAreTakenFromOneProgram)
+{
+    // All four names are the same string of a third of the limit, and the font's name one byte.
+    constexpr std::string_view allNames = "\x1C\x01\x87\x02\x1C\x01\x87\x03"
+                                          "\x1C\x01\x87\x01\x1C\x01\x87\x0C\x00"sv;
+    const auto read = [&](std::size_t size) {
+        const Bytes text(size, std::byte{'x'});
+        return readIndexes(
+            joined({cffIndex({ascii("F")}), cffIndex({ascii(allNames)}), cffIndex({text}, 4)}));
+    };
+    constexpr std::size_t third = (std::size_t{16} << 20U) / 3;
+    const auto fitting = read(third);
+    EXPECT_EQ(fitting->fontName, "F");
+    EXPECT_EQ(fitting->fullName, std::string(third, 'x'));
+    EXPECT_TRUE(fitting->familyName);
+    EXPECT_TRUE(fitting->notice);
+    EXPECT_FALSE(fitting->copyright);
+    const auto tooLong = read(third + 1);
+    EXPECT_TRUE(tooLong->familyName);
+    EXPECT_FALSE(tooLong->notice);
+}
+
 // Programs that give no result.
 
 TEST(CFF, EmptyInputGivesNothing)
@@ -229,18 +251,27 @@ TEST(CFF, IndexEndsBehindItsLastElement)
     EXPECT_EQ(info->fontName, "ab");
 }
 
-TEST(CFF, LargestIndexIsRead)
+/// The full name in a program with this Top DICT and as many strings as there can be, all of them
+/// "x" but for the last one.
+std::optional<std::string> fullNameAmong65535Strings(std::string_view topDict)
 {
     std::vector<Bytes> strings(65535, ascii("x"));
     strings.back() = ascii("the last one");
+    return readIndexes(joined({cffIndex({}), cffIndex({ascii(topDict)}), cffIndex(strings, 3)}))
+        ->fullName;
+}
+
+TEST(CFF, LargestIndexIsRead)
+{
     // 391 + 65534 does not fit in 16 bits.
-    EXPECT_EQ(readIndexes(joined({
-                              cffIndex({}),
-                              cffIndex({ascii("\x1D\x00\x01\x01\x85\x02"sv)}),
-                              cffIndex(strings, 3),
-                          }))
-                  ->fullName,
-              "the last one");
+    EXPECT_EQ(fullNameAmong65535Strings("\x1D\x00\x01\x01\x85\x02"sv), "the last one");
+}
+
+TEST(CFF, NumberOfSixteenBitsIsSigned)
+{
+    EXPECT_EQ(fullNameAmong65535Strings("\x1C\x7F\xFF\x02"sv), "x");
+    EXPECT_EQ(fullNameAmong65535Strings("\x1C\x80\x00\x02"sv), std::nullopt);
+    EXPECT_EQ(fullNameAmong65535Strings("\x1C\xFF\xFF\x02"sv), std::nullopt);
 }
 
 // Numbers in the Top DICT. Each row is an operand that must have the value 391 (the string
@@ -289,6 +320,12 @@ INSTANTIATE_TEST_SUITE_P(
         OperandCase{"EscapedTwoIsNotFullName", "\xF8\x1B\x0C\x02"sv, {}},
         OperandCase{"ReservedBytesAreSkipped",
                     "\x16\x17\x18\x19\x1A\x1B\x1F\xFF\xF8\x1B\x16\x1F\xFF\x02"sv, "Found"},
+        OperandCase{"LastOperatorClearsTheOperands", "\xF8\x1B\x15\x02"sv, {}}, // 21
+        OperandCase{"SmallestTwoBytePositiveTakesItsSecondByte", // 110, not 108 and FullName
+                    "\xF8\x1B\x02\xF7\x02\x05"sv, "Found"},
+        OperandCase{"SixteenBitsTakeThreeBytes", "\xF8\x1B\x02\x1C\x00\x02\x05"sv, "Found"},
+        OperandCase{"ThirtyTwoBitsTakeFiveBytes", "\xF8\x1B\x02\x1D\x00\x00\x00\x02\x05"sv,
+                    "Found"},
         OperandCase{"CutSixteenBitsStopTheParse", "\xF8\x1B\x02\x1C\x01"sv, "Found"},
         OperandCase{"CutThirtyTwoBitsStopTheParse", "\xF8\x1B\x02\x1D\x00\x00\x01"sv, "Found"},
         OperandCase{"CutPositiveStopsTheParse", "\xF8\x1B\x02\xF8"sv, "Found"},
@@ -316,10 +353,11 @@ TEST(CFF, CopyrightIsTheEscapedOperatorZeroAndNoticeTheOperatorOne)
 
 TEST(CFF, OneAndTwoByteNumbersHaveTheirDocumentedLimits)
 {
-    // 108 to 1131 take two bytes: the ids 391 and 1131 through a String INDEX that is long enough.
+    // 108 to 1131 take two bytes. The String INDEX goes on behind what they can number.
     std::vector<Bytes> strings(741, ascii("between"));
     strings.front() = ascii("391");
     strings.back() = ascii("1131");
+    strings.resize(2000, ascii("beyond"));
     const auto fullName = [&](std::string_view topDict) {
         return CFF::read(cffProgram({}, ascii(topDict), strings))->fullName;
     };

@@ -203,10 +203,11 @@ TEST(SFNT, LastUsableRecordOfATagWins)
                            .table("name", ascii("first"))
                            .table("OS/2", ascii("early"))
                            .table("name", ascii("second"))
+                           .table("OS/2", ascii("late"))
                            .build();
     const auto faces = SFNT::faces(font);
     EXPECT_EQ(text(faces.at(0).name), "second");
-    EXPECT_EQ(text(faces.at(0).os2), "early");
+    EXPECT_EQ(text(faces.at(0).os2), "late");
 }
 
 TEST(SFNT, UnusableLastRecordLeavesTheOneBeforeIt)
@@ -338,8 +339,9 @@ TEST(SFNT, NoFaceWhereFewerThanFourBytesRemain)
 
 TEST(SFNT, FacesAreEqualWhenTheirTablesHoldTheSame)
 {
-    const auto face = [](std::string_view version, std::string_view name) {
-        return FontBytes().face(version).table("name", ascii(name)).build();
+    const auto face = [](std::string_view version, std::string_view table,
+                         std::string_view tag = "name") {
+        return FontBytes().face(version).table(tag, ascii(table)).build();
     };
     const Bytes one = face("true", "same");
     const Bytes two =
@@ -347,11 +349,16 @@ TEST(SFNT, FacesAreEqualWhenTheirTablesHoldTheSame)
     const Bytes other = face("true", "else");
     const Bytes cff = face("OTTO", "same");
     const Bytes none = FontBytes().face("true").build();
+    const Bytes bits = face("true", "same", "OS/2");
+    const Bytes otherBits = face("true", "else", "OS/2");
     EXPECT_EQ(SFNT::face(0, one), SFNT::face(0, two));
     EXPECT_NE(SFNT::face(0, one), SFNT::face(0, other));
     EXPECT_NE(SFNT::face(0, one), SFNT::face(0, cff));
     EXPECT_NE(SFNT::face(0, one), SFNT::face(0, none));
     EXPECT_EQ(SFNT::face(0, none), SFNT::face(0, none));
+    EXPECT_EQ(SFNT::face(0, bits), SFNT::face(0, bits));
+    EXPECT_NE(SFNT::face(0, bits), SFNT::face(0, otherBits));
+    EXPECT_NE(SFNT::face(0, bits), SFNT::face(0, none));
 }
 
 // Layouts, as files are read by position.

@@ -90,6 +90,11 @@ TEST(Type1, FontNameEndsAtEachOfItsDelimiters)
         EXPECT_EQ(fontName("/FontName /Foo" + std::string(delimiter) + "def"), "Foo");
 }
 
+TEST(Type1, FontNameKeepsOtherSigns)
+{
+    EXPECT_EQ(fontName("/FontName /F(o)[o]{}<>%\\\f\v\0- def"sv), "F(o)[o]{}<>%\\\f\v\0-"sv);
+}
+
 TEST(Type1, FontNameMayEndWithTheText)
 {
     EXPECT_EQ(fontName("/FontName /Foo"), "Foo");

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <ctime>
 #include <numeric>
 #include <string>
@@ -162,7 +163,7 @@ TEST(HostileDocument, NestedFormsThatAllShareOneDictionaryAreWalked)
     for (int i = 0; i < forms; ++i)
         entries += "/X" + std::to_string(i) + ' ' + reference(5 + i);
     auto pdf = onePage("<</XObject 4 0 R>>");
-    pdf.object(4, "<<" + entries + ">>");
+    pdf.object(4, "<</" + std::string(1'900, 'A') + " 1>>");
     for (int i = 0; i < forms; ++i)
         pdf.stream(5 + i, "/Subtype/Form/Resources<</XObject 4 0 R>>");
     pdf.stream(5 + forms, "");
@@ -318,6 +319,139 @@ TEST(HostileDocument, ObjectOfTheLargestSizeIsReadAndALargerOneIsNot)
     };
     EXPECT_EQ(found(Limits::objectText), "Foo [1]");
     EXPECT_EQ(found(Limits::objectText + 1), "");
+}
+
+TEST(HostileDocument, ObjectThatIsTooLargeIsNotReadAgain)
+{
+    // As a page it is asked for 100,000 times; what else there is still counts.
+    std::string kids = "4 0 R ";
+    for (int i = 0; i < 100'000; ++i)
+        kids += "3 0 R ";
+    PDFBytes pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+    pdf.object(2, "<</Type/Pages/Kids[" + kids + "4 0 R]>>");
+    pdf.object(3, "<<" + std::string(Limits::objectText, ' ') + ">>");
+    pdf.object(4, "<</Type/Page/Resources" + fontNamed("Foo") + ">>");
+    const TimeLimit limit(10);
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Foo [1-2]");
+}
+
+/// Pages that begin inside one another's strings, none of which ends within a mebibyte, and then
+/// one with a font.
+Bytes overlappingPages(int count)
+{
+    std::string kids;
+    std::string nested = "(";
+    for (int i = 0; i < count; ++i) {
+        kids += reference(10 + i) + ' ';
+        nested += std::to_string(10 + i) + " 0 obj (";
+    }
+    PDFBytes pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+    pdf.object(2, "<</Type/Pages/Kids[" + kids + "4 0 R]>>");
+    pdf.object(4, "<</Type/Page/Resources" + fontNamed("Foo") + ">>");
+    for (int i = 0; i < count; ++i)
+        pdf.object(10 + i, "null");
+    pdf.object(3, nested + std::string(Limits::mebibyte, 'x'));
+    std::string text = pdf.text();
+    // The entries of these pages point into that string.
+    const auto entry = [](std::size_t offset) {
+        char digits[16];
+        std::snprintf(digits, sizeof digits, "%010zu", offset);
+        return std::string(digits);
+    };
+    const std::size_t string = text.find("\n3 0 obj");
+    const std::size_t table = text.rfind("\nxref");
+    for (int i = 0; i < count; ++i) {
+        const std::string header = std::to_string(10 + i) + " 0 obj";
+        const std::string right = entry(text.find('\n' + header) + 1);
+        text.replace(text.find(right, table), 10, entry(text.find('(' + header, string) + 1));
+    }
+    return ascii(text);
+}
+
+TEST(HostileDocument, UnreadableObjectsThatOverlapAreReadOnlySoOften)
+{
+    // The budget of a document of one megabyte is 144.
+    EXPECT_EQ(namesAndPages(scanned(overlappingPages(100))), "Foo [1]");
+    EXPECT_EQ(namesAndPages(scanned(overlappingPages(150))), "");
+}
+
+TEST(HostileDocument, AnnotationsAreLookedThroughForAppearancesOnlySoOften)
+{
+    // One long annotation is listed again and again, in front of a page with a font.
+    const auto found = [](int count) {
+        std::string annotations;
+        for (int i = 0; i < count; ++i)
+            annotations += "4 0 R ";
+        PDFBytes pdf;
+        pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+        pdf.object(2, "<</Type/Pages/Kids[3 0 R 5 0 R]>>");
+        pdf.object(3, "<</Type/Page/Annots[" + annotations + "]>>");
+        pdf.object(4, "<</" + std::string(1'900, 'A') + " 1>>");
+        pdf.object(5, "<</Type/Page/Resources" + fontNamed("Foo") + ">>");
+        return namesAndPages(scanned(pdf));
+    };
+    EXPECT_EQ(found(10'000), "Foo [2]");
+    EXPECT_EQ(found(80'000), "");
+}
+
+TEST(HostileDocument, ObjectsThatTakeFarMoreMemoryThanTextShareABudget)
+{
+    // The nodes of this tree are open at the same time, each with 3 million integers in it, which
+    // take 48 MB: 580 MB in all.
+    constexpr int nodes = 12;
+    std::string junk;
+    for (int i = 0; i < 3'000'000; ++i)
+        junk += "0 ";
+    PDFBytes pdf;
+    pdf.crossReference(CrossReference::stream);
+    pdf.object(1, "<</Type/Catalog/Pages 10 0 R>>");
+    for (int i = 0; i < nodes; ++i) {
+        const std::string node = std::to_string(10 + i) + " 0 ";
+        pdf.objectStreamAsWritten(
+            100 + i, "/N 1/First " + std::to_string(node.size()) + "/Filter/FlateDecode",
+            test::deflated(ascii(node + "<</Kids[" + reference(11 + i) + "]/Junk[" + junk + "]>>")),
+            {10 + i});
+    }
+    pdf.object(10 + nodes, "<</Type/Page>>");
+    const Bytes bytes = pdf.build();
+    const std::size_t before = mostMemory();
+    EXPECT_EQ(scanned(bytes).pageCount, 0);
+    EXPECT_LT(mostMemory() - before, 2 * littleMemory);
+}
+
+/// A page with forms nested in one another, `depth` of them, each among so many XObjects.
+PDFBytes formsAmong(int objects, int depth)
+{
+    std::string entries;
+    for (int i = 1; i < objects; ++i)
+        entries += "/X" + std::to_string(i) + " 3 0 R";
+    auto pdf = onePage("4 0 R");
+    for (int i = 0; i < depth; ++i) {
+        pdf.object(4 + 2 * i, "<</XObject<</A " + reference(5 + 2 * i) + entries + ">>>>");
+        pdf.stream(5 + 2 * i, "/Subtype/Form/Resources " + reference(6 + 2 * i));
+    }
+    pdf.object(4 + 2 * depth, fontNamed("Innermost"));
+    return pdf;
+}
+
+TEST(HostileDocument, XObjectsOfNestedFormsAreLimited)
+{
+    constexpr int objects = Limits::pendingObjects / 10;
+    EXPECT_EQ(namesAndPages(scanned(formsAmong(objects, 10))), "Innermost [1]");
+    EXPECT_EQ(namesAndPages(scanned(formsAmong(objects, 11))), "");
+}
+
+TEST(HostileDocument, NameOfTheLargestSizeIsReadAndALargerOneIsNot)
+{
+    const auto line = [](std::size_t size) {
+        return lines(scanned(
+            onePage("<</Font<</F<</Subtype/Type1/BaseFont/" + std::string(size, 'A') + ">>>>>>")));
+    };
+    EXPECT_EQ(line(Limits::nameBytes),
+              std::string(Limits::nameBytes, 'A') + " Type1 notEmbedded [1]\n");
+    EXPECT_EQ(line(Limits::nameBytes + 1), "(unnamed font) Type1 notEmbedded [1]\n");
 }
 
 TEST(HostileDocument, StreamWithTheLargestDictionaryHasDataAndOneWithALargerHasNone)

@@ -275,7 +275,8 @@ TEST_P(KeySightings, AreNeverMissed)
 {
     for (const std::size_t piece : {1U, 3U, 1000U}) {
         Crumbs source(GetParam().text, piece);
-        EXPECT_EQ(mayHaveKey({source, 0, 1000}, {}, "AP"), GetParam().mayHave) << piece;
+        EXPECT_EQ(ObjectParser().mayHaveKey({source, 0, 1000}, {}, "AP"), GetParam().mayHave)
+            << piece;
     }
 }
 
@@ -301,15 +302,32 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(KeySighting, ObjectOfAFileHasAHeader)
 {
     Crumbs source("5 0 obj<</A 1>>endobj", 100);
-    EXPECT_FALSE(mayHaveKey({source, 0, 1000}, five, "AP"));
-    EXPECT_TRUE(mayHaveKey({source, 0, 1000}, {6, 0}, "AP")); // whatever stands there
+    EXPECT_FALSE(ObjectParser().mayHaveKey({source, 0, 1000}, five, "AP"));
+    // Whatever stands there.
+    EXPECT_TRUE(ObjectParser().mayHaveKey({source, 0, 1000}, {6, 0}, "AP"));
+}
+
+TEST(ObjectParser, TellsHowMuchTextItLookedAtEvenWhenItGaveNothing)
+{
+    Crumbs source("5 0 obj (a string) endobj", 100);
+    ObjectParser parser;
+    EXPECT_NE(parser.indirect({source, 0, 1000}, five), nullptr);
+    EXPECT_EQ(parser.textRead(), 18U);
+    EXPECT_EQ(parser.indirect({source, 0, 12}, five), nullptr);
+    EXPECT_EQ(parser.textRead(), 12U);
+    EXPECT_EQ(parser.indirect({source, 0, 1000}, {6, 0}), nullptr);
+    EXPECT_EQ(parser.textRead(), 1U);
+    EXPECT_NE(parser.direct({source, 8, 1000}), nullptr);
+    EXPECT_EQ(parser.textRead(), 10U);
+    EXPECT_TRUE(parser.mayHaveKey({source, 8, 1000}, {}, "AP"));
+    EXPECT_EQ(parser.textRead(), 17U);
 }
 
 TEST(KeySighting, ObjectLongerThanLookedAtMayHaveAnything)
 {
     Crumbs source("<</A 1/B 2>>", 100);
-    EXPECT_FALSE(mayHaveKey({source, 0, 12}, {}, "AP"));
-    EXPECT_TRUE(mayHaveKey({source, 0, 11}, {}, "AP"));
+    EXPECT_FALSE(ObjectParser().mayHaveKey({source, 0, 12}, {}, "AP"));
+    EXPECT_TRUE(ObjectParser().mayHaveKey({source, 0, 11}, {}, "AP"));
 }
 
 } // namespace

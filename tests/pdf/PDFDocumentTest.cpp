@@ -383,9 +383,7 @@ TEST(PDFDocument, StreamThatIsItsOwnLengthHasNoData)
 TEST(PDFDocument, StreamKeywordMayBeFollowedByEitherLineEnd)
 {
     const Bytes pdf = withProgram("", program).build();
-    EXPECT_EQ(lines(scanned(replaced(replaced(pdf, "stream\nthe", "stream\r\nthe"), "xref\n0 1",
-                                     "xref\n0 1"))),
-              fooWithProgram);
+    EXPECT_EQ(lines(scanned(replaced(pdf, "stream\nthe", "stream\r\nthe"))), fooWithProgram);
     EXPECT_EQ(lines(scanned(replaced(pdf, "stream\nthe", "stream\rthe"))), fooWithProgram);
 }
 

@@ -31,6 +31,11 @@ TEST(RawValue, GivesTheCaseBack)
     EXPECT_EQ(fromRawValue<Fruit>("pear"), Fruit::pear);
 }
 
+TEST(RawValue, CasesStandInDeclarationOrder)
+{
+    EXPECT_EQ(allCases<Fruit>, (std::array{Fruit::apple, Fruit::pear}));
+}
+
 TEST(RawValue, AnythingElseGivesNoCase)
 {
     EXPECT_EQ(fromRawValue<Fruit>(""), std::nullopt);

@@ -8,6 +8,7 @@
 namespace quillmark {
 namespace {
 
+using namespace std::string_literals;
 using namespace std::string_view_literals;
 
 /// Every character with the White_Space property.
@@ -80,6 +81,17 @@ TEST(Trim, ControlsAreCutOnlyWhenAskedFor)
         EXPECT_EQ(trimmed(text, TrimAlso::controls), "AB");
         EXPECT_EQ(trimmed(text), text);
     }
+}
+
+TEST(Trim, TextOfAFontIsAbsentWhenNothingIsLeft)
+{
+    EXPECT_EQ(trimmedOrAbsent("Foo"), "Foo");
+    EXPECT_EQ(trimmedOrAbsent(" Foo Bold\n"), "Foo Bold");
+    EXPECT_EQ(trimmedOrAbsent(""), std::nullopt);
+    EXPECT_EQ(trimmedOrAbsent(" \r\n\u3000"), std::nullopt);
+    EXPECT_EQ(trimmedOrAbsent("\0"s), "\0"s);
+    EXPECT_EQ(trimmedOrAbsent("\0 \0"s, TrimAlso::nul), std::nullopt);
+    EXPECT_EQ(trimmedOrAbsent("\x01 A\x7F", TrimAlso::controls), "A");
 }
 
 TEST(Trim, ReplacementCharactersAreNoControls)
