@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -15,7 +16,7 @@ void Descriptor::reset(int number)
     m_number = number;
 }
 
-Location::Location(const std::string& path) : m_name(path)
+Location::Location(std::string path) : m_name(std::move(path))
 {
     // One byte of PATH_MAX is the terminating zero.
     while (m_name.size() >= PATH_MAX) {
