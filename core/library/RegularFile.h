@@ -40,7 +40,7 @@ private:
 /// A path as the system takes it: longer paths than it takes at once are walked in pieces.
 class Location {
 public:
-    explicit Location(const std::string& path);
+    explicit Location(std::string path);
     /// `name` as seen from the open folder `folder`, which must stay open.
     Location(int folder, std::string name) : m_from(folder), m_name(std::move(name)) {}
 

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -69,7 +70,8 @@ Description describe(const PDF::Dictionary& font)
 }
 
 /// What a container is met as. A document may use one dictionary as several of these; it is then
-/// gone through as each.
+/// gone through as each. So containers nest at most twice (fonts in an appearance in its states
+/// among the annotations), and each only in those of roles before its own.
 enum class Role { annotations, appearanceStates, objects, fonts };
 
 /// A container that fonts are reached through: a dictionary of fonts, of XObjects or of appearance
@@ -78,6 +80,7 @@ enum class Role { annotations, appearanceStates, objects, fonts };
 /// the pages, and the fonts collect them at the end. That keeps the walk linear in the size of the
 /// file, whatever is shared with whom.
 struct Place {
+    Role role{};
     PageSet pages;
     std::vector<std::size_t> within; // places through which this one was reached
 };
@@ -100,13 +103,14 @@ private:
     void scanAppearance(const PDF::Dictionary& annotation, std::size_t annotations);
     void scanStream(const StreamRef& stream, std::size_t within);
     void scanForms(const DictionaryRef& resources, std::optional<std::size_t> within);
-    void enter(const PDF::Dictionary& resources, std::optional<std::size_t> within);
+    void enter(const PDF::Dictionary& resources, std::optional<std::size_t> container);
     std::size_t recordFonts(const PDF::Dictionary& fonts);
     std::optional<std::size_t> fontIndex(const PDF::Dictionary& font);
 
     std::pair<std::size_t, bool> placeOf(Identity identity, Role role);
     void within(std::size_t place, std::optional<std::size_t> container);
-    const PageSet& allPages(std::size_t place);
+    void takePagesOfContainers(Role role);
+    PageSet withPagesOf(std::span<const std::size_t> places, std::vector<PageSet::Run> runs);
 
     int m_page{};
     std::unordered_set<Identity> m_visited;                                // resources
@@ -122,7 +126,6 @@ private:
     std::unordered_map<std::string, std::size_t> m_merged;
     std::unordered_map<Identity, std::optional<std::size_t>> m_fontIndex;
 
-    std::unordered_map<std::size_t, PageSet> m_allPages;
     std::size_t m_runs{}; // gathered so far, against Limits::fontPages
 };
 
@@ -130,7 +133,7 @@ std::pair<std::size_t, bool> Walk::placeOf(Identity identity, Role role)
 {
     auto& index = m_placeIndex[static_cast<std::size_t>(role)];
     const auto [found, isNew] = index.try_emplace(identity, m_places.size());
-    if (isNew) m_places.emplace_back();
+    if (isNew) m_places.emplace_back().role = role;
     return {found->second, isNew};
 }
 
@@ -271,36 +274,39 @@ std::optional<std::size_t> Walk::fontIndex(const PDF::Dictionary& font)
     return index;
 }
 
-/// The pages of a place, with those of the containers it was reached through. Containers nest at
-/// most twice (fonts in an appearance in its states in the annotations), so this recursion is flat.
-const PageSet& Walk::allPages(std::size_t place)
+/// Adds to the places of a role the pages of the containers they were reached through, which must
+/// have theirs already.
+void Walk::takePagesOfContainers(Role role)
 {
-    const auto [known, isNew] = m_allPages.try_emplace(place);
-    if (!isNew) return known->second;
-    const auto own = m_places[place].pages.runs();
-    std::vector<PageSet::Run> runs(own.begin(), own.end());
-    for (const std::size_t container : m_places[place].within) {
+    for (auto& place : m_places) {
+        if (place.role != role || place.within.empty()) continue;
+        const auto own = place.pages.runs();
+        place.pages = withPagesOf(place.within, {own.begin(), own.end()});
+    }
+}
+
+/// The pages of these places, and these runs.
+PageSet Walk::withPagesOf(std::span<const std::size_t> places, std::vector<PageSet::Run> runs)
+{
+    for (const std::size_t place : places) {
         if (m_runs > Limits::fontPages) break;
-        const auto more = allPages(container).runs();
+        const auto more = m_places[place].pages.runs();
         runs.insert(runs.end(), more.begin(), more.end());
         m_runs += more.size() + 1;
     }
-    return m_allPages[place] = PageSet::of(std::move(runs));
+    return PageSet::of(std::move(runs));
 }
 
 std::vector<Found> Walk::finish()
 {
+    takePagesOfContainers(Role::appearanceStates);
+    takePagesOfContainers(Role::fonts);
     std::size_t left = Limits::fontPages;
     for (std::size_t font = 0; font < m_fonts.size(); ++font) {
-        std::vector<PageSet::Run> runs{{m_firstPages[font], m_firstPages[font]}};
-        for (const std::size_t place : m_fontPlaces[font]) {
-            if (m_runs > Limits::fontPages) break;
-            const auto more = allPages(place).runs();
-            runs.insert(runs.end(), more.begin(), more.end());
-            m_runs += more.size() + 1;
-        }
+        const int first = m_firstPages[font];
         auto& pages = m_fonts[font].pages;
-        pages = PageSet::of(std::move(runs)).numbers(std::max<std::size_t>(left, 1));
+        pages = withPagesOf(m_fontPlaces[font], {{first, first}})
+                    .numbers(std::max<std::size_t>(left, 1));
         left -= std::min(left, pages.size());
     }
     return std::move(m_fonts);

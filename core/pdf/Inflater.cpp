@@ -10,6 +10,9 @@
 namespace quillmark::PDF {
 namespace {
 
+// A vector would fill what is about to be overwritten.
+using Space = std::byte[]; // NOLINT(modernize-avoid-c-arrays)
+
 struct DecompressorDeleter {
     void operator()(libdeflate_decompressor* decompressor) const
     {
@@ -65,7 +68,7 @@ Bytes inflatePiecewise(std::span<const std::byte> raw, std::size_t limit)
 struct Inflater::Implementation {
     std::unique_ptr<libdeflate_decompressor, DecompressorDeleter> decompressor{
         ::libdeflate_alloc_decompressor()};
-    std::unique_ptr<std::byte[]> space;
+    std::unique_ptr<Space> space;
     std::size_t size{};
 
     /// Absent for damaged data and for data that need more space than was guessed.
@@ -75,7 +78,7 @@ struct Inflater::Implementation {
         const std::size_t wanted = std::min(limit + 1, ratio * raw.size());
         if (!decompressor) return std::nullopt;
         if (size < wanted) {
-            space = std::make_unique_for_overwrite<std::byte[]>(wanted);
+            space = std::make_unique_for_overwrite<Space>(wanted);
             size = wanted;
         }
         std::size_t used = 0;

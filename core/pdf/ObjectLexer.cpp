@@ -73,6 +73,38 @@ bool isKeyword(std::string_view word)
     return std::ranges::find(keywords, word) != keywords.end();
 }
 
+/// Whether a name that is written so may be `wanted`; what its escapes stand for is not looked at.
+bool mayStandFor(std::string_view written, std::string_view wanted)
+{
+    return written == wanted || written.find('#') != std::string_view::npos;
+}
+
+/// The arrays and dictionaries around a place in an object.
+class OpenContainers {
+public:
+    [[nodiscard]] bool none() const { return m_depth == 0; }
+
+    /// False when they are too deep; such objects are taken apart to be sure.
+    [[nodiscard]] bool begin(int opener)
+    {
+        if (m_depth == m_closers.size()) return false;
+        m_closers[m_depth++] = opener == '[' ? int{']'} : int{'>'};
+        return true;
+    }
+
+    /// False when it is not the innermost that this closes.
+    [[nodiscard]] bool end(int closer)
+    {
+        if (none() || m_closers[m_depth - 1] != closer) return false;
+        --m_depth;
+        return true;
+    }
+
+private:
+    std::array<int, 32> m_closers{};
+    std::size_t m_depth{};
+};
+
 } // namespace
 
 ObjectLexer::ObjectLexer(ByteSource& source, std::uint64_t offset, std::size_t limit)
@@ -212,31 +244,34 @@ Token ObjectLexer::next()
     }
 }
 
+/// Passes over the second of two angle brackets, if `first` is one and there are two.
+bool ObjectLexer::skipSecondBracket(int first)
+{
+    if ((first != '<' && first != '>') || peek() != first) return false;
+    skip();
+    return true;
+}
+
 bool ObjectLexer::mayContain(std::string_view wanted)
 {
-    constexpr std::size_t deepest = 32; // deeper objects are taken apart to be sure
-    std::array<int, deepest> closers{};
-    std::size_t depth = 0;
+    OpenContainers open;
     for (;;) {
         const int byte = skipSpace();
         if (byte < 0) return true;
         if (isRegular(byte)) {
             (void)regularCharacters();
-            if (depth == 0) return true;
+            if (open.none()) return true;
             continue;
         }
         skip();
-        const bool twice = (byte == '<' || byte == '>') && peek() == byte;
-        if (twice) skip();
+        const bool twice = skipSecondBracket(byte);
         if (byte == '/') {
-            const auto characters = regularCharacters();
-            if (characters == wanted || characters.find('#') != std::string_view::npos) return true;
+            if (mayStandFor(regularCharacters(), wanted)) return true;
         } else if (byte == '[' || (byte == '<' && twice)) {
-            if (depth == deepest) return true;
-            closers[depth++] = byte == '[' ? ']' : '>';
+            if (!open.begin(byte)) return true;
         } else if (byte == ']' || (byte == '>' && twice)) {
-            if (depth == 0 || closers[depth - 1] != byte) return true;
-            if (--depth == 0) return false;
+            if (!open.end(byte)) return true;
+            if (open.none()) return false;
         } else if (byte == '<') {
             skipHexString();
         } else if (byte == '(') {

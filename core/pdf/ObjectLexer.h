@@ -37,9 +37,9 @@ public:
 
     [[nodiscard]] Token next();
 
-    /// Passes over one object without taking it apart, until it is clear whether `name` is among
+    /// Passes over one object without taking it apart, until it is clear whether `wanted` is among
     /// the names in it. False only when it certainly is not.
-    [[nodiscard]] bool mayContain(std::string_view name);
+    [[nodiscard]] bool mayContain(std::string_view wanted);
 
     /// Whether the text went on behind the limit.
     [[nodiscard]] bool exhausted() const { return m_exhausted; }
@@ -60,6 +60,7 @@ private:
     [[nodiscard]] std::string_view regularCharacters();
     [[nodiscard]] Token name();
     [[nodiscard]] Token word();
+    [[nodiscard]] bool skipSecondBracket(int first);
     void skipComment();
     void skipString();
     void skipHexString();

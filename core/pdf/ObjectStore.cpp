@@ -33,7 +33,7 @@ ObjectStore::ObjectStore(std::unique_ptr<QPDFFile> file)
 Node ObjectStore::catalog()
 {
     const Reference reference = m_file->root();
-    if (reference.number != 0) return root(object(reference), reference);
+    if (reference.number != 0) return root(object<Where::anywhere>(reference), reference);
     const auto source = memorySource(std::as_bytes(std::span(m_file->rootText())));
     return root(m_parser.direct({*source, 0, Limits::objectText}), reference);
 }
@@ -48,20 +48,21 @@ Node ObjectStore::get(const Node& dictionary, std::string_view key)
 
 Node ObjectStore::get(const Node& array, std::size_t index)
 {
-    if (!array.object || index >= array.object->arraySize(*array.value)) return {};
+    if (!array.object || index >= array.value->arraySize()) return {};
     return follow({array.object, &array.object->element(*array.value, index), array.owner});
 }
 
 Node ObjectStore::follow(Node node)
 {
-    return followIn(Where::anywhere, std::move(node));
+    return followIn<Where::anywhere>(std::move(node));
 }
 
-Node ObjectStore::followIn(Where where, Node node)
+template <ObjectStore::Where where>
+Node ObjectStore::followIn(Node node)
 {
     const auto reference = node.object ? node.value->reference() : std::nullopt;
     if (!reference) return node;
-    return root(object(*reference, where), *reference);
+    return root(object<where>(*reference), *reference);
 }
 
 Identity ObjectStore::identity(const Node& node)
@@ -83,16 +84,20 @@ void ObjectStore::charge(const ParsedObjectRef& object)
     m_parsingLeft -= std::min(m_parsingLeft, cost);
 }
 
-ParsedObjectRef ObjectStore::object(const Reference& reference, Where where)
+template <ObjectStore::Where where>
+ParsedObjectRef ObjectStore::object(const Reference& reference)
 {
     const auto known = m_objects.find(keyOf(reference));
     if (known != m_objects.end()) return known->second;
     const auto location = m_file->find(reference);
     if (!location) return nullptr;
-    const bool inFile = location->kind == Location::Kind::inFile;
-    if (!inFile && where == Where::inFile) return nullptr;
-    auto object = inFile ? readFromFile(reference, location->value)
-                         : readFromStream(reference, location->value);
+    ParsedObjectRef object;
+    if (location->kind == Location::Kind::inFile)
+        object = readFromFile(reference, location->value);
+    else if constexpr (where == Where::anywhere)
+        object = readFromStream(reference, location->value);
+    else
+        return nullptr;
     const std::size_t bytes = object ? object->memory() : sizeof(ParsedObject);
     m_objectBytes += bytes;
     if (m_objectBytes > Limits::objectCache) {
@@ -197,12 +202,12 @@ std::shared_ptr<ObjectStore::Members> ObjectStore::unpack(std::uint64_t stream)
 {
     if (stream > std::numeric_limits<std::int32_t>::max()) return nullptr;
     const Reference reference{static_cast<std::uint32_t>(stream), 0};
-    const Node node = root(object(reference, Where::inFile), reference);
+    const Node node = root(object<Where::inFile>(reference), reference);
     if (!node.isStream()) return nullptr;
-    const auto count = integer(node, "N", Where::inFile);
-    const auto first = integer(node, "First", Where::inFile);
+    const auto count = integer<Where::inFile>(node, "N");
+    const auto first = integer<Where::inFile>(node, "First");
     if (!count || !first || *count < 0 || *first < 0) return nullptr;
-    auto bytes = decoded(node, Limits::objectStream, m_objectStreams, Where::inFile);
+    auto bytes = decoded<Where::inFile>(node, Limits::objectStream, m_objectStreams);
     if (!bytes) return nullptr;
 
     auto container = std::make_shared<Members>();
@@ -220,35 +225,36 @@ std::shared_ptr<ObjectStore::Members> ObjectStore::unpack(std::uint64_t stream)
     return container;
 }
 
-std::optional<std::int64_t> ObjectStore::integer(const Node& dictionary, std::string_view key,
-                                                 Where where)
+template <ObjectStore::Where where>
+std::optional<std::int64_t> ObjectStore::integer(const Node& dictionary, std::string_view key)
 {
     const Value* value =
         dictionary.object ? dictionary.object->find(*dictionary.value, key) : nullptr;
     if (!value) return std::nullopt;
-    const Node node = followIn(where, {dictionary.object, value, dictionary.owner});
+    const Node node = followIn<where>({dictionary.object, value, dictionary.owner});
     return node.object ? node.value->integer() : std::nullopt;
 }
 
 /// The filters of a stream in the order of decoding; absent when one is not for plain bytes.
-std::optional<std::vector<Filter>> ObjectStore::filters(const Node& stream, Where where)
+template <ObjectStore::Where where>
+std::optional<std::vector<Filter>> ObjectStore::filters(const Node& stream)
 {
     const auto child = [&](const Node& node, std::string_view key) -> Node {
         const Value* value = node.object ? node.object->find(*node.value, key) : nullptr;
         if (!value) return {};
-        return followIn(where, {node.object, value, node.owner});
+        return followIn<where>({node.object, value, node.owner});
     };
     // A single filter, or parameters, may stand without an array around it.
     const auto item = [&](const Node& node, std::size_t index) -> Node {
         if (node.kind() != Value::Kind::array) return node;
-        if (index >= node.object->arraySize(*node.value)) return {};
-        return followIn(where,
-                        {node.object, &node.object->element(*node.value, index), node.owner});
+        if (index >= node.value->arraySize()) return {};
+        return followIn<where>(
+            {node.object, &node.object->element(*node.value, index), node.owner});
     };
     const Node names = child(stream, "Filter");
     const Node parameters = child(stream, "DecodeParms");
     std::size_t count = names.object ? 1 : 0;
-    if (names.kind() == Value::Kind::array) count = names.object->arraySize(*names.value);
+    if (names.kind() == Value::Kind::array) count = names.value->arraySize();
     if (count > Limits::filters) return std::nullopt;
 
     std::vector<Filter> filters(count);
@@ -260,11 +266,11 @@ std::optional<std::vector<Filter>> ObjectStore::filters(const Node& stream, Wher
         filters[i].kind = *kind;
         const Node own = item(parameters, i);
         auto& predictor = filters[i].predictor;
-        predictor.predictor = integer(own, "Predictor", where).value_or(1);
-        predictor.colors = integer(own, "Colors", where).value_or(1);
-        predictor.bitsPerComponent = integer(own, "BitsPerComponent", where).value_or(8);
-        predictor.columns = integer(own, "Columns", where).value_or(1);
-        filters[i].earlyChange = integer(own, "EarlyChange", where).value_or(1) != 0;
+        predictor.predictor = integer<where>(own, "Predictor").value_or(1);
+        predictor.colors = integer<where>(own, "Colors").value_or(1);
+        predictor.bitsPerComponent = integer<where>(own, "BitsPerComponent").value_or(8);
+        predictor.columns = integer<where>(own, "Columns").value_or(1);
+        filters[i].earlyChange = integer<where>(own, "EarlyChange").value_or(1) != 0;
     }
     return filters;
 }
@@ -298,9 +304,10 @@ std::optional<Bytes> ObjectStore::plainBytes(const Node& stream, std::int64_t le
     return bytes;
 }
 
-std::optional<Bytes> ObjectStore::undecoded(const Node& stream, std::size_t limit, Where where)
+template <ObjectStore::Where where>
+std::optional<Bytes> ObjectStore::undecoded(const Node& stream, std::size_t limit)
 {
-    const auto length = integer(stream, "Length", where);
+    const auto length = integer<where>(stream, "Length");
     if (length && !m_file->isEncrypted()) {
         if (auto bytes = plainBytes(stream, *length, limit)) return bytes;
     }
@@ -311,13 +318,14 @@ std::optional<Bytes> ObjectStore::undecoded(const Node& stream, std::size_t limi
     return m_file->streamBytes(stream.owner, limit);
 }
 
+template <ObjectStore::Where where>
 std::optional<Bytes> ObjectStore::decoded(const Node& stream, std::size_t limit,
-                                          StreamDecoder& decoder, Where where)
+                                          StreamDecoder& decoder)
 {
     if (stream.object->textSize() > Limits::streamDictionaryText) return std::nullopt;
-    const auto chain = filters(stream, where);
+    const auto chain = filters<where>(stream);
     if (!chain) return std::nullopt;
-    auto raw = undecoded(stream, std::min<std::uint64_t>(limit, decoder.budget()), where);
+    auto raw = undecoded<where>(stream, std::min<std::uint64_t>(limit, decoder.budget()));
     if (!raw) return std::nullopt;
     return decoder.decode(*std::move(raw), *chain, limit);
 }
@@ -326,7 +334,7 @@ SharedBytes ObjectStore::data(const Node& stream)
 {
     const auto [known, isNew] = m_data.try_emplace(keyOf(stream.owner));
     if (!isNew) return known->second;
-    if (auto bytes = decoded(stream, Limits::streamBytes, m_programs, Where::anywhere))
+    if (auto bytes = decoded<Where::anywhere>(stream, Limits::streamBytes, m_programs))
         known->second = std::make_shared<const Bytes>(*std::move(bytes));
     return known->second;
 }

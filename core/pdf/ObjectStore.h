@@ -57,7 +57,8 @@ public:
 
 private:
     /// Object streams and what is needed to read them must not lie in object streams, so that
-    /// following references ends.
+    /// following references ends. As a template parameter it lets the compiler see that: what reads
+    /// an object stream calls nothing that would read another.
     enum class Where { anywhere, inFile };
 
     /// An object stream, unpacked.
@@ -71,21 +72,25 @@ private:
     };
 
     void charge(const ParsedObjectRef& object);
-    [[nodiscard]] ParsedObjectRef object(const Reference& reference, Where where = Where::anywhere);
+    template <Where where>
+    [[nodiscard]] ParsedObjectRef object(const Reference& reference);
     [[nodiscard]] ParsedObjectRef readFromFile(const Reference& reference, std::uint64_t offset);
     [[nodiscard]] ParsedObjectRef readFromStream(const Reference& reference, std::uint64_t stream);
     [[nodiscard]] static bool mayMention(Members& members, std::string_view key);
     [[nodiscard]] static const ObjectPlace* placeIn(const Members& members, std::uint32_t number);
     [[nodiscard]] std::shared_ptr<Members> members(std::uint64_t stream);
     [[nodiscard]] std::shared_ptr<Members> unpack(std::uint64_t stream);
-    [[nodiscard]] Node followIn(Where where, Node node);
-    [[nodiscard]] std::optional<std::int64_t> integer(const Node& dictionary, std::string_view key,
-                                                      Where where);
-    [[nodiscard]] std::optional<std::vector<Filter>> filters(const Node& stream, Where where);
+    template <Where where>
+    [[nodiscard]] Node followIn(Node node);
+    template <Where where>
+    [[nodiscard]] std::optional<std::int64_t> integer(const Node& dictionary, std::string_view key);
+    template <Where where>
+    [[nodiscard]] std::optional<std::vector<Filter>> filters(const Node& stream);
+    template <Where where>
     [[nodiscard]] std::optional<Bytes> decoded(const Node& stream, std::size_t limit,
-                                               StreamDecoder& decoder, Where where);
-    [[nodiscard]] std::optional<Bytes> undecoded(const Node& stream, std::size_t limit,
-                                                 Where where);
+                                               StreamDecoder& decoder);
+    template <Where where>
+    [[nodiscard]] std::optional<Bytes> undecoded(const Node& stream, std::size_t limit);
     [[nodiscard]] std::optional<Bytes> plainBytes(const Node& stream, std::int64_t length,
                                                   std::size_t limit);
 

@@ -16,10 +16,7 @@ class StoredArray final : public Array {
 public:
     StoredArray(ObjectStore& store, Node node) : m_store(store), m_node(std::move(node)) {}
     [[nodiscard]] Identity identity() const override { return m_store.identity(m_node); }
-    [[nodiscard]] std::size_t size() const override
-    {
-        return m_node.object->arraySize(*m_node.value);
-    }
+    [[nodiscard]] std::size_t size() const override { return m_node.value->arraySize(); }
     [[nodiscard]] DictionaryRef dictionary(std::size_t index) const override
     {
         return dictionaryAt(m_store, m_store.get(m_node, index));
@@ -85,7 +82,7 @@ public:
     void enumerate(const Visitor& visitor) const override
     {
         const ParsedObject& object = *m_node.object;
-        for (std::size_t i = 0; i < object.entryCount(*m_node.value); ++i) {
+        for (std::size_t i = 0; i < m_node.value->entryCount(); ++i) {
             const Node value{m_node.object, &object.entry(*m_node.value, i), m_node.owner};
             if (!visitor(object.key(*m_node.value, i),
                          std::make_shared<StoredObject>(m_store, value)))

@@ -1,5 +1,7 @@
 #include "pdf/ParsedObject.h"
 
+#include <compare>
+
 namespace quillmark::PDF {
 
 std::optional<std::int64_t> Value::integer() const
@@ -14,6 +16,16 @@ std::optional<Reference> Value::reference() const
     return Reference{static_cast<std::uint32_t>(m_number), m_count};
 }
 
+std::size_t Value::arraySize() const
+{
+    return m_kind == Kind::array ? m_count : 0;
+}
+
+std::size_t Value::entryCount() const
+{
+    return m_kind == Kind::dictionary ? m_count : 0;
+}
+
 std::size_t ParsedObject::memory() const
 {
     return sizeof(ParsedObject) + m_values.capacity() * sizeof(Value) + m_names.capacity();
@@ -26,19 +38,9 @@ std::optional<std::string_view> ParsedObject::name(const Value& value) const
                                             value.m_count);
 }
 
-std::size_t ParsedObject::arraySize(const Value& value) const
-{
-    return value.m_kind == Value::Kind::array ? value.m_count : 0;
-}
-
 const Value& ParsedObject::element(const Value& array, std::size_t index) const
 {
     return m_values[static_cast<std::size_t>(array.m_number) + index];
-}
-
-std::size_t ParsedObject::entryCount(const Value& value) const
-{
-    return value.m_kind == Value::Kind::dictionary ? value.m_count : 0;
 }
 
 std::string_view ParsedObject::key(const Value& dictionary, std::size_t index) const
@@ -55,12 +57,12 @@ const Value& ParsedObject::entry(const Value& dictionary, std::size_t index) con
 const Value* ParsedObject::find(const Value& value, std::string_view wanted) const
 {
     std::size_t low = 0;
-    std::size_t high = entryCount(value);
+    std::size_t high = value.entryCount();
     while (low < high) {
         const std::size_t middle = low + (high - low) / 2;
         const auto order = key(value, middle) <=> wanted;
-        if (order == 0) return &entry(value, middle);
-        if (order < 0)
+        if (std::is_eq(order)) return &entry(value, middle);
+        if (std::is_lt(order))
             low = middle + 1;
         else
             high = middle;

@@ -17,6 +17,8 @@ namespace quillmark::PDF {
 struct Reference {
     std::uint32_t number{};
     std::uint32_t generation{};
+    // clang-tidy 14 takes the zero that this compares with for a null pointer.
+    // NOLINTNEXTLINE(modernize-use-nullptr)
     auto operator<=>(const Reference&) const = default;
 };
 
@@ -30,6 +32,10 @@ public:
     [[nodiscard]] std::optional<std::int64_t> integer() const;
     /// Absent when this is no reference.
     [[nodiscard]] std::optional<Reference> reference() const;
+    /// The number of elements; 0 when this is no array.
+    [[nodiscard]] std::size_t arraySize() const;
+    /// The number of entries; 0 when this is no dictionary.
+    [[nodiscard]] std::size_t entryCount() const;
 
 private:
     friend class ParsedObject;
@@ -57,19 +63,15 @@ public:
     /// A name's bytes after its #-escapes, without the slash; absent when `value` is no name.
     [[nodiscard]] std::optional<std::string_view> name(const Value& value) const;
 
-    /// The number of elements; 0 when `value` is no array.
-    [[nodiscard]] std::size_t arraySize(const Value& value) const;
     /// An element of an array, for an index below its size.
     [[nodiscard]] const Value& element(const Value& array, std::size_t index) const;
 
-    /// The number of entries; 0 when `value` is no dictionary.
-    [[nodiscard]] std::size_t entryCount(const Value& value) const;
     /// Entries are in ascending byte order of their keys, for an index below their number. Of keys
     /// that stand several times the last counts; null values count as missing.
     [[nodiscard]] std::string_view key(const Value& dictionary, std::size_t index) const;
     [[nodiscard]] const Value& entry(const Value& dictionary, std::size_t index) const;
-    /// The value of a key; null when it is missing or `value` is no dictionary.
-    [[nodiscard]] const Value* find(const Value& value, std::string_view key) const;
+    /// The value of the key `wanted`; null when it is missing or `value` is no dictionary.
+    [[nodiscard]] const Value* find(const Value& value, std::string_view wanted) const;
 
     /// A number that tells a value inside from all others in this object: the same whenever the
     /// same text is parsed. 0 is the root's.

@@ -62,7 +62,7 @@ public:
 
     /// The bytes of a stream, decrypted but not decoded, its end searched for if its length is
     /// wrong; absent when there are none, or more than `limit`.
-    [[nodiscard]] std::optional<Bytes> streamBytes(const Reference& stream, std::size_t limit);
+    [[nodiscard]] std::optional<Bytes> streamBytes(const Reference& reference, std::size_t limit);
 
 private:
     struct Implementation;

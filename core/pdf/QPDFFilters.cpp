@@ -14,6 +14,8 @@
 namespace quillmark::PDF {
 namespace {
 
+// libqpdf makes filters by their name alone, so this is how they learn whose budget to use.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
 thread_local StreamDecoder* currentDecoder = nullptr;
 
 /// Gathers what is to be decoded and passes it on decoded, all at once. It never throws: libqpdf

@@ -62,7 +62,7 @@ std::size_t QPDFInput::read(char* target, std::size_t length)
     return done;
 }
 
-void QPDFInput::unreadCh(char)
+void QPDFInput::unreadCh(char /*character*/)
 {
     if (m_position > 0) --m_position;
 }

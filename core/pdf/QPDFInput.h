@@ -33,7 +33,7 @@ public:
     void seek(qpdf_offset_t offset, int whence) override;
     void rewind() override { m_position = 0; }
     std::size_t read(char* target, std::size_t length) override;
-    void unreadCh(char) override;
+    void unreadCh(char character) override;
 
 private:
     [[nodiscard]] qpdf_offset_t size() const;

@@ -40,6 +40,30 @@ bool isWhiteSpace(unsigned character)
            character == '\r' || character == ' ';
 }
 
+/// Codes of a width that changes, at most 24 bits, the most significant bit first.
+class CodeReader {
+public:
+    explicit CodeReader(std::span<const std::byte> raw) : m_raw(raw) {}
+
+    /// Absent when fewer bits than `width` are left.
+    [[nodiscard]] std::optional<unsigned> next(unsigned width)
+    {
+        while (m_available < width) {
+            if (m_at == m_raw.size()) return std::nullopt;
+            m_bits = (m_bits << 8U) | std::to_integer<std::uint32_t>(m_raw[m_at++]);
+            m_available += 8;
+        }
+        m_available -= width;
+        return (m_bits >> m_available) & ((1U << width) - 1U);
+    }
+
+private:
+    std::span<const std::byte> m_raw;
+    std::size_t m_at{};
+    std::uint32_t m_bits{};
+    unsigned m_available{}; // of the bits
+};
+
 /// Variable-width codes, most significant bit first (TIFF 6.0, section 13, without its byte order).
 Bytes lzw(std::span<const std::byte> raw, bool earlyChange, std::size_t limit)
 {
@@ -53,19 +77,15 @@ Bytes lzw(std::span<const std::byte> raw, bool earlyChange, std::size_t limit)
         std::size_t length{};
     };
     Output output(limit);
-    std::array<Piece, maximum> table;
+    std::array<Piece, maximum> table{};
     unsigned next = first;
     unsigned width = 9;
     std::optional<Piece> previous;
-    std::uint32_t bits = 0;
-    unsigned available = 0;
+    CodeReader codes(raw);
+    const unsigned early = earlyChange ? 1 : 0;
 
-    for (const std::byte byte : raw) {
-        bits = (bits << 8U) | std::to_integer<std::uint32_t>(byte);
-        available += 8;
-        if (available < width) continue;
-        available -= width;
-        const unsigned code = (bits >> available) & ((1U << width) - 1U);
+    while (const auto read = codes.next(width)) {
+        const unsigned code = *read;
         if (code == end) break;
         if (code == clear) {
             next = first;
@@ -89,7 +109,6 @@ Bytes lzw(std::span<const std::byte> raw, bool earlyChange, std::size_t limit)
         if (output.full()) break;
         if (previous && next < maximum) table[next++] = {previous->at, previous->length + 1};
         previous = Piece{at, bytes.size() - at};
-        const unsigned early = earlyChange ? 1 : 0;
         if (next + early >= (1U << width) && width < 12) ++width;
     }
     return output.take();

@@ -61,9 +61,12 @@ TEST(FontWalk, OwnResourcesHideTheParents)
 
 TEST(FontWalk, ResourcesOfAnotherTypeAreNoResources)
 {
-    EXPECT_EQ(
-        namesAndPages(scanned(pages({"/Resources 7"}, "/Resources" + fontNamed("Inherited")))),
-        "Inherited [1]");
+    for (const char* resources : {"7", "null", "[]", "/Name", "99 0 R", "5 0 R"}) {
+        auto pdf =
+            pages({"/Resources " + std::string(resources)}, "/Resources" + fontNamed("Inherited"));
+        pdf.stream(5, "/Font<</F " + plainFont("InAStream") + ">>");
+        EXPECT_EQ(namesAndPages(scanned(pdf)), "Inherited [1]") << resources;
+    }
 }
 
 /// A page below a chain of parents, of which only the last has resources; `examined` dictionaries
@@ -188,6 +191,24 @@ TEST(FontWalk, ImagesAndFormsWithoutResourcesArePassedOver)
     pdf.object(8, "<</Subtype/Form/Resources" + fontNamed("InNoStream") + ">>");
     pdf.stream(9, "/Subtype/Form/Resources" + fontNamed("InForm"));
     EXPECT_EQ(namesAndPages(scanned(pdf)), "InForm [1]");
+}
+
+TEST(FontWalk, FontsOfPatternsGlyphsSoftMasksAndFormFieldsThemselvesDoNotCount)
+{
+    PDFBytes pdf;
+    pdf.object(1,
+               "<</Type/Catalog/Pages 2 0 R/AcroForm<</DR" + fontNamed("InFieldDefaults") + ">>>>");
+    pdf.object(2, "<</Type/Pages/Kids[3 0 R]>>");
+    pdf.object(3, "<</Type/Page/Resources 4 0 R/Annots[<</DR" + fontNamed("InField") +
+                      "/Resources" + fontNamed("InAnnotation") + "/MK<</N 7 0 R>>>>]>>");
+    pdf.object(4, "<</Font<</F<</Subtype/Type3/BaseFont/Drawn/Resources" + fontNamed("InGlyphs") +
+                      ">>>>/Pattern<</P 5 0 R>>/ExtGState<</G<</SMask<</G 6 0 R>>/Font[8 0 R 9]"
+                      ">>>>/XObject<<>>>>");
+    pdf.stream(5, "/PatternType 1/Resources" + fontNamed("InPattern"));
+    pdf.stream(6, "/Subtype/Form/Resources" + fontNamed("InSoftMask"));
+    pdf.stream(7, "/Subtype/Form/Resources" + fontNamed("InIcon"));
+    pdf.object(8, plainFont("InGraphicsState"));
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Drawn [1]");
 }
 
 TEST(FontWalk, EntriesThatAreNoFontsArePassedOver)
@@ -375,6 +396,17 @@ TEST(FontWalk, CompositeFontHasItsDescendantsTypeAndProgram)
     EXPECT_EQ(lines(scanned(composite("/DescendantFonts[4 0 R]",
                                       "/Subtype/CIDFontType2/FontDescriptor 5 0 R"))),
               "Whole Type0 / CIDFontType2 trueType [1] 7 bytes\n");
+}
+
+TEST(FontWalk, OnlyTheFirstOfSeveralDescendantsCounts)
+{
+    EXPECT_EQ(lines(scanned(composite("/DescendantFonts[4 0 R<</Subtype/CIDFontType2/"
+                                      "FontDescriptor 5 0 R>>]",
+                                      "/Subtype/CIDFontType0"))),
+              "Whole Type0 / CIDFontType0 notEmbedded [1]\n");
+    EXPECT_EQ(lines(scanned(composite("/DescendantFonts[null 4 0 R]",
+                                      "/Subtype/CIDFontType2/FontDescriptor 5 0 R"))),
+              "Whole Type0 notEmbedded [1]\n");
 }
 
 TEST(FontWalk, CompositeFontWithoutDescendantsAndDescriptorIsType0)

@@ -247,6 +247,24 @@ TEST(HostileDocument, AnnotationsSharedByManyPagesAreGoneThroughOnce)
     EXPECT_EQ(namesAndPages(scanned(pdf)), "Foo [1-20000]");
 }
 
+TEST(HostileDocument, AppearancesThatAreEachTheFontsOfTheOneBeforeAreWalked)
+{
+    // Met from the last to the first, each would pass its pages on to all those behind it.
+    constexpr int count = 100'000;
+    const auto states = [](int i) { return 4 + 2 * i; };
+    std::string annotations;
+    for (int i = count; i-- > 0;)
+        annotations += "<</AP<</N " + reference(states(i)) + ">>>>";
+    auto pdf = pages({"/Annots[" + annotations + "]"});
+    for (int i = 0; i < count; ++i) {
+        pdf.object(states(i), "<</On " + reference(states(i) + 1) + ">>");
+        pdf.stream(states(i) + 1, "/Resources<</Font " + reference(states(i + 1)) + ">>");
+    }
+    pdf.object(states(count), "<</F<</BaseFont/Last>>>>");
+    const TimeLimit limit(60);
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Last [1]");
+}
+
 TEST(HostileDocument, FontsSharedByManyResourcesAreGoneThroughOnce)
 {
     // 5,000 pages whose own resources all have the same 5,000 fonts.

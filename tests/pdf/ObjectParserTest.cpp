@@ -57,11 +57,11 @@ std::string dump(const ParsedObject& object, const Value& value)
         return std::to_string(value.reference()->number) + "." +
                std::to_string(value.reference()->generation);
     case Value::Kind::array:
-        for (std::size_t i = 0; i < object.arraySize(value); ++i)
+        for (std::size_t i = 0; i < value.arraySize(); ++i)
             text += (i > 0 ? " " : "") + dump(object, object.element(value, i));
         return "[" + text + "]";
     case Value::Kind::dictionary:
-        for (std::size_t i = 0; i < object.entryCount(value); ++i)
+        for (std::size_t i = 0; i < value.entryCount(); ++i)
             text += (i > 0 ? " /" : "/") + std::string(object.key(value, i)) + " " +
                     dump(object, object.entry(value, i));
         return "<" + text + ">";
@@ -192,8 +192,8 @@ TEST(ObjectParser, FindsKeysAndNothingElse)
 TEST(ObjectParser, ValuesOfOtherKindsAreEmptyContainersAndNoNames)
 {
     const auto parsed = object("5 0 obj 7");
-    EXPECT_EQ(parsed->arraySize(parsed->root()), 0U);
-    EXPECT_EQ(parsed->entryCount(parsed->root()), 0U);
+    EXPECT_EQ(parsed->root().arraySize(), 0U);
+    EXPECT_EQ(parsed->root().entryCount(), 0U);
     EXPECT_EQ(parsed->name(parsed->root()), std::nullopt);
     EXPECT_EQ(parsed->root().reference(), std::nullopt);
 }

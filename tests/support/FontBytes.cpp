@@ -276,7 +276,8 @@ ByteWriter FontBytes::writer() const
         writer.mark(face + ".numTables").u16(static_cast<std::uint16_t>(tables[f].size()));
         writer.zeros(6); // the binary search fields, which no reader of ours looks at
         for (const auto& [tag, bytes] : tables[f]) {
-            const std::string record = face + "." + tag;
+            std::string record = face;
+            record.append(".").append(tag);
             writer.mark(record).text(tag).u32(0);
             writer.mark(record + ".offset").u32(static_cast<std::uint32_t>(data));
             writer.mark(record + ".length").u32(static_cast<std::uint32_t>(bytes.size()));

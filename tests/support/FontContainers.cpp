@@ -150,7 +150,8 @@ ByteWriter woff(std::string_view version, const std::vector<TableBytes>& tables)
     std::size_t end = headerSize + tables.size() * recordSize;
     for (const TableBytes& table : tables) {
         Bytes smaller = deflated(table.bytes);
-        stored.push_back(smaller.size() < table.bytes.size() ? std::move(smaller) : table.bytes);
+        const bool isSmaller = smaller.size() < table.bytes.size();
+        stored.push_back(isSmaller ? std::move(smaller) : Bytes(table.bytes));
         const int count = ++seen[table.tag];
         names.push_back(count == 1 ? table.tag : table.tag + std::to_string(count));
         end += (stored.back().size() + 3) / 4 * 4;

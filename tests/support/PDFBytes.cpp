@@ -4,6 +4,7 @@
 #include "support/PDFEncoders.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <stdexcept>
@@ -25,9 +26,9 @@ void putBigEndian(std::string& text, std::uint64_t value, unsigned width)
 
 std::string tableEntry(std::size_t offset, int generation, char kind)
 {
-    char line[32];
-    std::snprintf(line, sizeof line, "%010zu %05d %c \n", offset, generation, kind);
-    return line;
+    std::array<char, 32> line{};
+    std::snprintf(line.data(), line.size(), "%010zu %05d %c \n", offset, generation, kind);
+    return line.data();
 }
 
 } // namespace
@@ -103,9 +104,9 @@ PDFBytes& PDFBytes::objectStreamAsWritten(int number, std::string_view entries,
     return stream(number, entries, data);
 }
 
-PDFBytes& PDFBytes::claimInStream(int number, int stream)
+PDFBytes& PDFBytes::claimInStream(int member, int stream)
 {
-    m_inStream[number] = stream;
+    m_inStream[member] = stream;
     return *this;
 }
 

@@ -49,7 +49,7 @@ public:
                                     const std::vector<int>& members);
 
     /// An entry of the cross-reference stream for an object that is not there: in an object stream.
-    PDFBytes& claimInStream(int number, int stream);
+    PDFBytes& claimInStream(int member, int stream);
 
     /// The number behind the highest one used.
     [[nodiscard]] int nextNumber() const;

@@ -27,7 +27,7 @@ TemporaryFolder::~TemporaryFolder()
 std::filesystem::path TemporaryFolder::write(const std::filesystem::path& relative,
                                              std::span<const std::byte> bytes) const
 {
-    const auto path = m_path / relative;
+    auto path = m_path / relative;
     std::filesystem::create_directories(path.parent_path());
     std::ofstream file(path, std::ios::binary);
     file.write(reinterpret_cast<const char*>(bytes.data()),
