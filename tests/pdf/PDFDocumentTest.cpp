@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdio>
 #include <ostream>
 #include <string>
 
@@ -426,7 +428,7 @@ TEST(PDFDocument, SingleWrongOffsetIsFoundByLookingThroughTheFile)
     const std::size_t entry = text.find(" 00000 n ", text.find("\nxref")) - 10;
     Bytes bytes = pdf.build();
     // The font's entry, the fourth, points into another object.
-    const std::size_t fourth = entry + 3 * 20;
+    const std::size_t fourth = entry + 3 * std::size_t{20};
     for (std::size_t i = 0; i < 10; ++i)
         bytes[fourth + i] = static_cast<std::byte>(i < 8 ? '0' : '2');
     EXPECT_EQ(lines(scanned(bytes)), fooWithProgram);
@@ -463,9 +465,9 @@ TEST(PDFDocument, UpdatedObjectsReplaceTheOriginals)
     const std::size_t object = text.size();
     text += "4 0 obj<</BaseFont/Updated>>endobj\n";
     const std::size_t table = text.size();
-    char entry[32];
-    std::snprintf(entry, sizeof entry, "%010zu 00000 n \n", object);
-    text += "xref\n4 1\n" + std::string(entry) + "trailer\n<</Root 1 0 R/Size 7/Prev " +
+    std::array<char, 32> entry{};
+    std::snprintf(entry.data(), entry.size(), "%010zu 00000 n \n", object);
+    text += "xref\n4 1\n" + std::string(entry.data()) + "trailer\n<</Root 1 0 R/Size 7/Prev " +
             std::to_string(previous) + ">>\nstartxref\n" + std::to_string(table) + "\n%%EOF\n";
     EXPECT_EQ(namesAndPages(scanned(ascii(text))), "Updated [1]");
 }
