@@ -199,14 +199,9 @@ void text(benchmark::State& state, Function function, const std::string& input)
         benchmark::DoNotOptimize(function(input));
 }
 const auto trim = [](const std::string& input) { return trimmed(input, TrimAlso::nul); };
-const auto contains = [](const std::string& input) {
-    return containsIgnoringCase(input, "Apple Computer");
-};
 BENCHMARK_CAPTURE(text, trimmedAscii, trim, asciiText);
 BENCHMARK_CAPTURE(text, lowercasedAscii, lowercased, asciiText);
 BENCHMARK_CAPTURE(text, lowercasedOther, lowercased, otherText);
-BENCHMARK_CAPTURE(text, containsIgnoringCaseAscii, contains, asciiText);
-BENCHMARK_CAPTURE(text, containsIgnoringCaseOther, contains, otherText);
 BENCHMARK_CAPTURE(text, familyKeyAscii, familyKey, std::string("Example Sans Condensed"));
 BENCHMARK_CAPTURE(text, familyKeyOther, familyKey, std::string("\u65B9\u6B63 Sans Condensed"));
 BENCHMARK_CAPTURE(text, printableAscii, printable, asciiText);

@@ -27,5 +27,5 @@ fi
 "$root/scripts/install-dependencies" build bench
 build_preset bench quillmark-cli bench_floor bench_listing
 # The peers' Python packages are those of the system's own Python.
-exec /usr/bin/python3 "$root/bench/scan/compare.py" \
+PYTHONPATH=$root/bench/measure exec /usr/bin/python3 "$root/bench/scan/compare.py" \
     --programs "$root/build/bench" --fonts "$root/build/fonts" "$@"

@@ -43,24 +43,18 @@ constexpr auto gates = std::to_array<Named<Verdict>>({
     {"unknown", Verdict::unknown},
 });
 
-constexpr auto optionNames = std::to_array<std::string_view>({
-    "--format",
-    "--output",
-    "--fail-on",
-    "--color",
-    "--quiet",
-    "--help",
-    "--version",
-    "--fonts",
-    "--no-installed",
-});
+enum class Takes { value, nothing };
 
-/// Those that are said and not set.
-constexpr auto flagNames = std::to_array<std::string_view>({
-    "--quiet",
-    "--help",
-    "--version",
-    "--no-installed",
+constexpr auto optionNames = std::to_array<Named<Takes>>({
+    {"--format", Takes::value},
+    {"--output", Takes::value},
+    {"--fail-on", Takes::value},
+    {"--color", Takes::value},
+    {"--quiet", Takes::nothing},
+    {"--help", Takes::nothing},
+    {"--version", Takes::nothing},
+    {"--fonts", Takes::value},
+    {"--no-installed", Takes::nothing},
 });
 
 /// What is read: results in files of these kinds would replace what was to be judged.
@@ -89,14 +83,15 @@ std::size_t editDistance(std::string_view from, std::string_view to)
 }
 
 /// The end of a sentence about an unknown `word`: what may have been meant, and a full stop.
-std::string suggestion(std::string_view word, const std::vector<std::string_view>& known)
+template <typename Value, std::size_t size>
+std::string suggestion(std::string_view word, const std::array<Named<Value>, size>& known)
 {
     // Nothing near it is a misspelling of anything, and very long words are not worth comparing.
     constexpr std::size_t farthest = 2;
     constexpr std::size_t longest = 30;
     if (word.size() <= longest) {
         for (std::size_t distance = 1; distance <= farthest; ++distance)
-            for (const std::string_view name : known)
+            for (const auto& [name, value] : known)
                 if (editDistance(word, name) == distance)
                     return "; did you mean " + inQuotes(name) + "?";
     }
@@ -165,7 +160,8 @@ Arguments sorted(std::span<const std::string> arguments)
         if (!argument.starts_with("--") || equals == std::string::npos) continue;
         const std::string name = argument.substr(0, equals);
         // CLI11 would take "no" for a flag that is not set.
-        if (std::ranges::find(flagNames, name) != flagNames.end())
+        const auto option = std::ranges::find(optionNames, name, &Named<Takes>::name);
+        if (option != optionNames.end() && option->value == Takes::nothing)
             throw WrongUse{name + " takes no value."};
         // CLI11 would take the next argument for the value.
         if (equals + 1 == argument.size()) throw WrongUse{name + " needs a value."};
@@ -182,8 +178,7 @@ Arguments sorted(std::span<const std::string> arguments)
         if (word.size() > 1 && word.starts_with('-')) {
             if (sorted.help || sorted.version) continue;
             const std::string name = word.substr(0, word.find('=', 2));
-            throw WrongUse{"there is no option " + inQuotes(name) +
-                           suggestion(name, {optionNames.begin(), optionNames.end()})};
+            throw WrongUse{"there is no option " + inQuotes(name) + suggestion(name, optionNames)};
         }
         sorted.words.push_back(word);
     }
@@ -196,13 +191,10 @@ Command command(const std::vector<std::string>& words)
 {
     if (words.empty())
         throw WrongUse{"name a command: " + choices(commands) + "; see quillmark-cli --help."};
-    std::vector<std::string_view> names;
-    for (const auto& [name, value] : commands) {
+    for (const auto& [name, value] : commands)
         if (name == words.front()) return value;
-        names.push_back(name);
-    }
     throw WrongUse{"there is no command " + inQuotes(words.front()) +
-                   suggestion(words.front(), names)};
+                   suggestion(words.front(), commands)};
 }
 
 void requireInputs(const Options& options)

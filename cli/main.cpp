@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
+#include <malloc.h>
 #include <string_view>
 #include <sys/ioctl.h>
 #include <system_error>
@@ -25,6 +26,18 @@ void openMissingStreams()
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         if (fcntl(descriptor, F_GETFD) == -1)
             static_cast<void>(open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+}
+
+/// The program runs for a moment, in which it fills its memory once. By default memory goes back to
+/// the system in between, and each page of it that is asked for again has to be cleared again.
+void keepMemory()
+{
+    constexpr int never = 1 << 30;         // bytes; no list of fonts is that long
+    constexpr int largestPiece = 32 << 20; // bytes; more cannot be asked for
+    constexpr int growth = 1 << 20;        // bytes
+    static_cast<void>(mallopt(M_TRIM_THRESHOLD, never));
+    static_cast<void>(mallopt(M_MMAP_THRESHOLD, largestPiece));
+    static_cast<void>(mallopt(M_TOP_PAD, growth));
 }
 
 Stream stream(int descriptor)
@@ -60,16 +73,19 @@ quillmark::PDFFontScanner::Clock checkClock()
 
 int main(int argumentCount, char** arguments)
 {
+    keepMemory();
     openMissingStreams();
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); // a closed pipe is an error of the write
     quillmark::cli::Interruption::install();
+    // Such a terminal knows neither colours nor how to erase the progress line.
+    const bool isDumb = variable("TERM").empty() || variable("TERM") == "dumb";
     const quillmark::SystemFontService fonts;
     const quillmark::cli::Environment environment{
         .fonts = fonts,
         .output = stream(STDOUT_FILENO),
-        .errors = stream(STDERR_FILENO),
+        .errors = isDumb ? Stream{STDERR_FILENO, std::nullopt} : stream(STDERR_FILENO),
         .locale = {},
-        .plainTerminal = !variable("NO_COLOR").empty() || variable("TERM") == "dumb",
+        .plainTerminal = isDumb || !variable("NO_COLOR").empty(),
         .clock = checkClock(),
     };
     const std::vector<std::string> given(arguments + (argumentCount > 0 ? 1 : 0),

@@ -1,11 +1,11 @@
 """Times quillmark-cli against its peers and prints ratios beside their targets. Run by ../scan.sh."""
 
 import argparse
-import statistics
 import subprocess
 import tempfile
 from pathlib import Path
 
+from figures import heading, print_costs, print_figure, print_ratio, ratio
 from fonts import Fonts, files
 from processes import Cost, Program, compare, median, peak_memory, run
 
@@ -202,33 +202,6 @@ class Bench:
             [self._floor, folder], capture_output=True, text=True, check=True
         ).stdout
         return int(printed.split(" faces")[0].split()[-1])
-
-
-def ratio(costs: list[Cost], others: list[Cost], value=lambda cost: cost.cpu) -> float:
-    """The median of the rounds' ratios: within a round the machine was equally busy."""
-    return statistics.median(value(one) / value(other) for one, other in zip(costs, others))
-
-
-def heading(text: str) -> None:
-    print(f"\n{text}")
-    print("-" * len(text))
-
-
-def print_costs(costs: dict[str, list[Cost]], count: int) -> None:
-    for title, rounds in costs.items():
-        cost = median(rounds)
-        print(
-            f"{title:<28}{cost.cpu * 1e3:9.1f} ms CPU{cost.wall * 1e3:9.1f} ms wall"
-            f"{cost.cpu / count * 1e6:9.1f} us CPU a file"
-        )
-
-
-def print_ratio(costs: dict[str, list[Cost]], peer: str, target: float) -> None:
-    print_figure(f"CPU to {peer}", ratio(costs["quillmark-cli"], costs[peer]), target)
-
-
-def print_figure(title: str, value: float, target: float) -> None:
-    print(f"  {title:<46}{value:7.3f}   target at most {target:g}")
 
 
 PARTS = {

@@ -8,11 +8,11 @@ import itertools
 import multiprocessing
 import os
 import random
-import shutil
-import subprocess
 from pathlib import Path
 
 from fontTools.ttLib import TTFont
+
+from packages import made_once, unpacked
 
 # About 3,500 fonts in 500 MB: large families and small ones, of many makers and scripts, from 1 KB
 # to collections of 25 MB.
@@ -111,36 +111,19 @@ class Fonts:
         return min(candidates, key=lambda file: abs(file.stat().st_size - size))
 
     def _made(self, name: str, fill_folder) -> Path:
-        folder = self._root / name
-        if not folder.is_dir():
-            unfinished = self._root / f"{name}.unfinished"
-            shutil.rmtree(unfinished, ignore_errors=True)
-            unfinished.mkdir(parents=True)
-            fill_folder(unfinished)
-            unfinished.rename(folder)
-        return folder
+        return made_once(self._root, name, fill_folder)
 
     def _gather(self, folder: Path) -> None:
         for package in PACKAGES:
-            unpacked = self._root / "unpacked"
-            shutil.rmtree(unpacked, ignore_errors=True)
-            subprocess.run(["dpkg-deb", "-x", self._package(package), unpacked], check=True)
-            found = [file for file in files(unpacked) if file.suffix.lower() in SFNT_EXTENSIONS]
-            (folder / package).mkdir()
-            for file in found:
-                # Two folders of a package may hold fonts of one name; a flat one keeps both.
-                place = folder / package / file.name
-                if place.exists():
-                    place = folder / package / f"{file.parent.name}-{file.name}"
-                file.rename(place)
-            shutil.rmtree(unpacked)
-
-    def _package(self, name: str) -> Path:
-        packages = self._root / "packages"
-        packages.mkdir(parents=True, exist_ok=True)
-        if not list(packages.glob(f"{name}_*.deb")):
-            subprocess.run(["apt-get", "-q", "download", name], cwd=packages, check=True)
-        return next(packages.glob(f"{name}_*.deb"))
+            with unpacked(package, self._root) as tree:
+                found = [file for file in files(tree) if file.suffix.lower() in SFNT_EXTENSIONS]
+                (folder / package).mkdir()
+                for file in found:
+                    # Two folders of a package may hold fonts of one name; a flat one keeps both.
+                    place = folder / package / file.name
+                    if place.exists():
+                        place = folder / package / f"{file.parent.name}-{file.name}"
+                    file.rename(place)
 
     def _mix(self, folder: Path) -> None:
         plain = shuffled(files(self.sfnt()))

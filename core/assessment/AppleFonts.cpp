@@ -1,6 +1,6 @@
 #include "assessment/AppleFonts.h"
 
-#include "text/Case.h"
+#include "assessment/Needle.h"
 
 #include <algorithm>
 #include <array>
@@ -49,9 +49,10 @@ static_assert(knownNames.size() == 64);
 
 constexpr std::string_view vendorID = "APPL";
 
-constexpr auto copyrightHolders = std::to_array<std::string_view>({
-    "Apple Inc",
-    "Apple Computer",
+// No character beyond ASCII stands for any of these letters when case is ignored.
+constexpr auto copyrightHolders = std::to_array<Needle>({
+    "apple inc",
+    "apple computer",
 });
 
 bool startsWithAnyOf(std::string_view text, const auto& prefixes)
@@ -63,8 +64,8 @@ bool startsWithAnyOf(std::string_view text, const auto& prefixes)
 bool namesAppleAsMaker(const FontFacts& facts)
 {
     if (facts.os2 && facts.os2->vendorID == vendorID) return true;
-    return facts.copyright && std::ranges::any_of(copyrightHolders, [&](std::string_view holder) {
-               return containsIgnoringCase(*facts.copyright, holder);
+    return facts.copyright && std::ranges::any_of(copyrightHolders, [&](const Needle& holder) {
+               return holder.occursIn(*facts.copyright);
            });
 }
 

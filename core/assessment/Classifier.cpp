@@ -191,6 +191,8 @@ Assessment assess(const FontFacts& facts)
     Assessment assessment;
     assessment.license = detectLicense(facts);
     assessment.appleBundled = apple.has_value();
+    constexpr std::size_t usualCount = 4;
+    assessment.reasons.reserve(usualCount);
     // The order is the precedence: bits that forbid embedding outweigh any licence, and an open
     // licence outweighs that the copy at hand came with macOS.
     if (rights && rights->level() == EmbeddingRights::Level::restricted)

@@ -3,6 +3,7 @@
 #include "text/Printable.h"
 #include "text/Utf8.h"
 
+#include <algorithm>
 #include <array>
 #include <cassert>
 #include <charconv>
@@ -46,6 +47,28 @@ std::size_t plainSize(std::string_view text)
     while (size < text.size() && !isSpecial(static_cast<unsigned char>(text[size])))
         ++size;
     return size;
+}
+
+/// What is short enough to be put together first: all keys, and most values.
+constexpr std::size_t shortText = 48;
+
+/// Appends a short text in its quotation marks, of which `end` holds the last, if it can stand as
+/// it is. Put together first, it takes the string one step to grow and not three.
+bool appendIfPlain(std::string& output, std::string_view text, std::string_view end)
+{
+    std::array<char, shortText + 8> piece; // NOLINT(*-member-init): no more than is filled is read
+    char* to = piece.data();
+    *to++ = '"';
+    unsigned char special = 0;
+    for (const char character : text) {
+        special |= static_cast<unsigned char>(isSpecial(static_cast<unsigned char>(character)));
+        *to++ = character;
+    }
+    if (special != 0) return false;
+    for (const char character : end)
+        *to++ = character;
+    output.append(piece.data(), static_cast<std::size_t>(to - piece.data()));
+    return true;
 }
 
 /// The letter that stands for a character behind a backslash; zero when it has none.
@@ -143,9 +166,20 @@ void JsonWriter::startValue()
 
 void JsonWriter::startItem()
 {
-    if (!m_levels.back().empty) m_output += ',';
+    // A comma, a line end and the usual indentation, from which is taken what is needed: what
+    // stands between two items is as good as always appended in one piece.
+    constexpr auto separator = [] {
+        std::array<char, 2 + 32 * indent> characters{};
+        characters.fill(' ');
+        characters[0] = ',';
+        characters[1] = '\n';
+        return characters;
+    }();
+    const std::size_t start = m_levels.back().empty ? 1 : 0;
     m_levels.back().empty = false;
-    newLine();
+    const std::size_t end = 2 + indent * m_levels.size();
+    m_output.append(separator.data() + start, std::min(end, separator.size()) - start);
+    if (end > separator.size()) m_output.append(end - separator.size(), ' ');
 }
 
 void JsonWriter::newLine()
@@ -157,6 +191,7 @@ void JsonWriter::newLine()
 /// `end` begins with the closing quotation mark.
 void JsonWriter::quote(std::string_view text, std::string_view end)
 {
+    if (text.size() <= shortText && appendIfPlain(m_output, text, end)) return;
     m_output += '"';
     for (;;) {
         const std::size_t plain = plainSize(text);

@@ -26,7 +26,7 @@ FontFacts FontFacts::fromNames(NameStrings names, std::optional<OS2Info> os2,
                                std::string_view fallbackName, std::optional<std::string> filePath,
                                std::optional<std::string> format, FontOrigin origin)
 {
-    // Taken out and not copied: each is asked for once, but for the PostScript name.
+    // Taken out and not copied: from here on each is asked for once.
     const auto name = [&names](NameID id) -> std::optional<std::string> {
         const auto found = names.find(static_cast<std::uint16_t>(id));
         if (found == names.end()) return std::nullopt;
@@ -40,17 +40,15 @@ FontFacts FontFacts::fromNames(NameStrings names, std::optional<OS2Info> os2,
     };
 
     FontFacts facts;
-    facts.fullName = name(NameID::fullName);
-    const auto postScriptName = name(NameID::postScriptName);
-    if (postScriptName)
-        facts.postScriptName = *postScriptName;
+    if (auto postScriptName = postScriptNameAmong(names))
+        facts.postScriptName = *std::move(postScriptName);
     else
-        facts.postScriptName =
-            facts.fullName ? withoutSpaces(*facts.fullName) : std::string(fallbackName);
-    if (auto family = firstOf({NameID::typographicFamily, NameID::family}))
+        facts.postScriptName = fallbackName;
+    facts.fullName = name(NameID::fullName);
+    if (auto family = firstOf({NameID::typographicFamily, NameID::family, NameID::postScriptName}))
         facts.family = *std::move(family);
     else
-        facts.family = postScriptName ? *postScriptName : std::string(fallbackName);
+        facts.family = fallbackName;
     facts.style = firstOf({NameID::typographicSubfamily, NameID::subfamily}).value_or("");
     facts.copyright = name(NameID::copyright);
     facts.trademark = name(NameID::trademark);
@@ -64,6 +62,15 @@ FontFacts FontFacts::fromNames(NameStrings names, std::optional<OS2Info> os2,
     facts.format = std::move(format);
     facts.origin = origin;
     return facts;
+}
+
+std::optional<std::string> FontFacts::postScriptNameAmong(const NameStrings& names)
+{
+    const auto postScriptName = names.find(static_cast<std::uint16_t>(NameID::postScriptName));
+    if (postScriptName != names.end()) return postScriptName->second;
+    const auto fullName = names.find(static_cast<std::uint16_t>(NameID::fullName));
+    if (fullName != names.end()) return withoutSpaces(fullName->second);
+    return std::nullopt;
 }
 
 std::vector<FontFacts> FontFacts::read(std::span<const std::byte> data,

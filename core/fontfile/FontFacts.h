@@ -71,6 +71,10 @@ struct FontFacts {
                                              std::optional<std::string> filePath,
                                              std::optional<std::string> format, FontOrigin origin);
 
+    /// The PostScript name as these names give it, be it the full name without its spaces; absent
+    /// when they give none.
+    [[nodiscard]] static std::optional<std::string> postScriptNameAmong(const NameStrings& names);
+
     /// One record per face of a font file's bytes, in face order; empty when there is none. A face
     /// whose names come after NameTable::maximumFileBytes is spent keeps its place, without names.
     [[nodiscard]] static std::vector<FontFacts> read(std::span<const std::byte> data,

@@ -1,6 +1,7 @@
 #include "fontfile/NameStrings.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quillmark {
 
@@ -14,6 +15,10 @@ void NameStrings::add(std::uint16_t id, std::string text)
 {
     constexpr std::size_t usualCount = 16;
     if (m_strings.empty()) m_strings.reserve(usualCount);
+    if (m_strings.empty() || m_strings.back().first < id) {
+        m_strings.emplace_back(id, std::move(text));
+        return;
+    }
     const auto place = std::ranges::lower_bound(m_strings, id, {}, &value_type::first);
     if (place == end() || place->first != id) m_strings.emplace(place, id, std::move(text));
 }

@@ -5,6 +5,7 @@
 #include "text/Trim.h"
 
 #include <algorithm>
+#include <bitset>
 #include <iterator>
 #include <limits>
 #include <utility>
@@ -48,23 +49,24 @@ std::optional<Reading> reading(std::uint16_t platform, std::uint16_t encoding,
 
 /// One record of the table whose string can be read.
 struct Candidate {
-    std::uint16_t nameID{};
-    std::uint8_t rank{};
+    /// The order in which strings are taken: by identifier, best first, among equals the earlier
+    /// record. One number, since finding this order is much of the work on a table.
+    std::uint64_t order{};
     TextEncoding encoding{};
-    std::uint32_t position{}; // of the record in the table
     std::span<const std::byte> bytes;
+
+    [[nodiscard]] std::uint16_t nameID() const { return static_cast<std::uint16_t>(order >> 48U); }
 };
 
-/// Best first, by identifier; among equals the earlier record.
-bool isPreferred(const Candidate& left, const Candidate& right)
+/// `position` is that of the record in the table.
+std::uint64_t takingOrder(std::uint16_t nameID, std::uint8_t rank, std::uint16_t position)
 {
-    if (left.nameID != right.nameID) return left.nameID < right.nameID;
-    if (left.rank != right.rank) return left.rank > right.rank;
-    return left.position < right.position;
+    constexpr std::uint64_t bestRank = 0xFF;
+    return std::uint64_t{nameID} << 48U | (bestRank - rank) << 32U | position;
 }
 
-std::optional<Candidate> candidate(const ByteReader& record, const ByteReader& table,
-                                   std::size_t stringOffset)
+std::optional<Candidate> candidate(const ByteReader& record, std::uint16_t position,
+                                   const ByteReader& table, std::size_t stringOffset)
 {
     const auto how = reading(*record.u16(0), *record.u16(2), *record.u16(4));
     if (!how) return std::nullopt;
@@ -73,16 +75,32 @@ std::optional<Candidate> candidate(const ByteReader& record, const ByteReader& t
     if (how->encoding == TextEncoding::utf16 && length % 2 != 0) return std::nullopt;
     const auto bytes = table.slice(stringOffset + *record.u16(10), length);
     if (!bytes) return std::nullopt;
-    return Candidate{*record.u16(6), how->rank, how->encoding, 0, *bytes};
+    return Candidate{takingOrder(*record.u16(6), how->rank, position), how->encoding, *bytes};
 }
 
-/// Absent: all identifiers.
-using Wanted = std::optional<std::span<const NameID>>;
+/// The identifiers whose strings are wanted.
+class Wanted {
+public:
+    static Wanted all() { return Wanted(); }
+    explicit Wanted(std::span<const NameID> ids) : m_isLimited(true)
+    {
+        for (const NameID id : ids)
+            m_ids.set(static_cast<std::size_t>(id));
+    }
 
-bool isWanted(std::uint16_t id, const Wanted& wanted)
-{
-    return !wanted || std::ranges::find(*wanted, static_cast<NameID>(id)) != wanted->end();
-}
+    [[nodiscard]] bool has(std::uint16_t id) const
+    {
+        return !m_isLimited || (id < m_ids.size() && m_ids[id]);
+    }
+
+private:
+    Wanted() = default;
+
+    bool m_isLimited{};
+    std::bitset<32> m_ids; // every NameID is less
+};
+static_assert(std::ranges::all_of(allNameIDs,
+                                  [](NameID id) { return static_cast<std::size_t>(id) < 32; }));
 
 std::vector<Candidate> candidates(const ByteReader& table, const Wanted& wanted)
 {
@@ -91,13 +109,12 @@ std::vector<Candidate> candidates(const ByteReader& table, const Wanted& wanted)
     const auto stringOffset = table.u16(4);
     if (!count || !stringOffset) return found;
     found.reserve(std::min<std::size_t>(*count, (table.size() - recordsStart) / recordSize));
-    for (std::uint32_t i = 0; i < *count; ++i) {
-        const auto record = table.slice(recordsStart + i * recordSize, recordSize);
-        if (!record) break; // the records behind it lie past the end as well
-        auto next = candidate(ByteReader(*record), table, *stringOffset);
-        if (!next || !isWanted(next->nameID, wanted)) continue;
-        next->position = i;
-        found.push_back(*next);
+    for (std::uint16_t i = 0; i < *count; ++i) {
+        const auto bytes = table.slice(recordsStart + i * recordSize, recordSize);
+        if (!bytes) break; // the records behind it lie past the end as well
+        const ByteReader record(*bytes);
+        if (!wanted.has(*record.u16(6))) continue;
+        if (const auto next = candidate(record, i, table, *stringOffset)) found.push_back(*next);
     }
     return found;
 }
@@ -127,15 +144,15 @@ NameStrings chosen(std::span<const std::byte> table, std::size_t& budget, const 
     if (!spend(budget, records)) return strings;
 
     std::vector<Candidate> ordered = candidates(reader, wanted);
-    std::ranges::sort(ordered, isPreferred);
+    std::ranges::sort(ordered, {}, &Candidate::order);
     std::size_t textLeft = std::min(budget, NameTable::maximumTextBytes);
     const std::size_t textBefore = textLeft;
     for (const Candidate& candidate : ordered) {
         // The best string of an identifier is decoded; the others only while those before them turn
         // out to be blank.
-        if (!strings.empty() && std::prev(strings.end())->first == candidate.nameID) continue;
+        if (!strings.empty() && std::prev(strings.end())->first == candidate.nameID()) continue;
         if (!spend(textLeft, candidate.bytes.size())) continue;
-        if (auto text = decoded(candidate)) strings.add(candidate.nameID, *std::move(text));
+        if (auto text = decoded(candidate)) strings.add(candidate.nameID(), *std::move(text));
     }
     budget -= textBefore - textLeft;
     return strings;
@@ -158,13 +175,13 @@ NameStrings NameTable::strings(std::span<const std::byte> table)
 
 NameStrings NameTable::strings(std::span<const std::byte> table, std::size_t& budget)
 {
-    return chosen(table, budget, std::nullopt);
+    return chosen(table, budget, Wanted::all());
 }
 
 NameStrings NameTable::strings(std::span<const std::byte> table, std::size_t& budget,
                                std::span<const NameID> wanted)
 {
-    return chosen(table, budget, wanted);
+    return chosen(table, budget, Wanted(wanted));
 }
 
 } // namespace quillmark

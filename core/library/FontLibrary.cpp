@@ -2,6 +2,7 @@
 
 #include "fontfile/NameTable.h"
 #include "fontfile/OS2Info.h"
+#include "fontfile/TextSize.h"
 #include "fontfile/VariationInstances.h"
 #include "library/FileName.h"
 #include "library/FolderWalk.h"
@@ -13,7 +14,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <numeric>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -32,35 +32,54 @@ constexpr std::array<NameID, 11> platformNames{
 /// The name of the font's file; empty without one.
 std::string_view fileName(const PlatformFont& font)
 {
-    return font.path ? FileName::ofPath(font.path->native()) : std::string_view{};
+    return font.path ? FileName::ofPath(*font.path) : std::string_view{};
 }
 
-/// `names` are those of the font's `name` table.
-FontFacts factsFromNames(NameStrings names, const PlatformFont& font, FontOrigin origin)
+/// The strings of a `name` table, and those that the service knows where the table lacks them.
+NameStrings completed(NameStrings names, NameStrings known)
 {
+    if (known.empty()) return names;
     for (const NameID id : platformNames) {
         const auto identifier = static_cast<std::uint16_t>(id);
-        const auto found = font.names.find(identifier);
-        if (found != font.names.end() && !found->second.empty())
-            names.add(identifier, found->second);
+        const auto found = known.find(identifier);
+        if (found != known.end() && !found->second.empty())
+            names.add(identifier, std::move(found->second));
     }
+    return names;
+}
+
+/// Takes out of the font the names that facts are made from. `budget` is how much of `name` tables
+/// may still be read for its file.
+NameStrings takeNames(PlatformFont& font, std::size_t& budget)
+{
+    if (font.settledNames) return *std::move(font.settledNames);
+    return completed(font.name ? NameTable::strings(*font.name, budget, FontFacts::nameIDs)
+                               : NameStrings{},
+                     std::move(font.names));
+}
+
+std::string postScriptName(const PlatformFont& font, const NameStrings& names)
+{
+    if (!font.postScriptName.empty()) return font.postScriptName;
+    auto name = FontFacts::postScriptNameAmong(names);
+    return name ? *std::move(name) : FileName::stem(fileName(font));
+}
+
+FontFacts factsFromNames(NameStrings names, const PlatformFont& font, FontOrigin origin)
+{
     std::optional<std::string> path;
-    if (font.path) path = repairedUtf8(font.path->native());
+    if (font.path) path = repairedUtf8(*font.path);
+    // With a PostScript name among the names nothing is left to fall back on.
     std::string fallbackName = font.postScriptName;
-    if (fallbackName.empty()) fallbackName = FileName::stem(fileName(font));
+    if (fallbackName.empty() &&
+        names.find(static_cast<std::uint16_t>(NameID::postScriptName)) == names.end())
+        fallbackName = FileName::stem(fileName(font));
 
     FontFacts facts =
         FontFacts::fromNames(std::move(names), font.os2 ? OS2Info::read(*font.os2) : std::nullopt,
                              fallbackName, std::move(path), FontLibrary::formatName(font), origin);
     if (!font.postScriptName.empty()) facts.postScriptName = font.postScriptName;
     return facts;
-}
-
-/// The strings of the font's `name` table that facts are made from. `budget` is how much of such
-/// tables may still be read for its file.
-NameStrings tableNames(std::size_t& budget, const PlatformFont& font)
-{
-    return font.name ? NameTable::strings(*font.name, budget, FontFacts::nameIDs) : NameStrings{};
 }
 
 /// A record and the file it is from. Two files can differ although their paths look alike: what is
@@ -140,22 +159,6 @@ std::vector<FontFacts> arranged(std::span<const Record> records, const Collator&
     return result;
 }
 
-/// What the texts of a record hold, in bytes.
-std::size_t textSize(const FontFacts& facts)
-{
-    const std::array optionals{
-        &facts.fullName,           &facts.copyright,  &facts.trademark,
-        &facts.manufacturer,       &facts.designer,   &facts.vendorURL,
-        &facts.licenseDescription, &facts.licenseURL, &facts.licenseFile,
-        &facts.filePath,           &facts.format,
-    };
-    const std::size_t required =
-        facts.postScriptName.size() + facts.family.size() + facts.style.size();
-    return std::accumulate(
-        optionals.begin(), optionals.end(), required,
-        [](std::size_t sum, const auto* text) { return *text ? sum + (*text)->size() : sum; });
-}
-
 /// The named instances of one file's variable fonts, by the fonts' PostScript names.
 using FileInstances = std::unordered_map<std::string, std::vector<VariationInstance>>;
 
@@ -164,15 +167,14 @@ FileInstances instancesOf(const FontService& service, const std::string& file)
     FileInstances instances;
     std::size_t budget = NameTable::maximumFileBytes;
     std::size_t instancesLeft = Limits::instances;
-    for (const PlatformFont& face : service.facesOf(file, Faces::variable)) {
+    for (PlatformFont& face : service.facesOf(file, Faces::variable)) {
         if (!face.fvar) continue;
-        const NameStrings names =
-            face.name ? NameTable::strings(*face.name, budget) : NameStrings{};
+        NameStrings names = face.name ? NameTable::strings(*face.name, budget) : NameStrings{};
         auto ofFace = VariationInstances::read(*face.fvar, names);
         if (ofFace.size() > instancesLeft) break;
         instancesLeft -= ofFace.size();
-        const FontFacts facts = factsFromNames(names, face, FontOrigin::folder);
-        instances.try_emplace(facts.postScriptName, std::move(ofFace));
+        names = completed(std::move(names), std::move(face.names));
+        instances.try_emplace(postScriptName(face, names), std::move(ofFace));
     }
     return instances;
 }
@@ -213,30 +215,33 @@ std::string formatName(const PlatformFont& font)
     return extension.empty() ? std::string(FormatLabel::font) : uppercased(extension);
 }
 
-FontFacts facts(const PlatformFont& font, FontOrigin origin)
+FontFacts facts(PlatformFont font, FontOrigin origin)
 {
     std::size_t budget = NameTable::maximumFileBytes;
-    return factsFromNames(tableNames(budget, font), font, origin);
+    NameStrings names = takeNames(font, budget);
+    return factsFromNames(std::move(names), font, origin);
 }
 
-std::string postScriptName(const PlatformFont& font)
+void settleNames(PlatformFont& font, std::size_t& budget)
 {
-    // The names that it is made from; see FontFacts::fromNames.
-    constexpr std::array wanted{NameID::postScriptName, NameID::fullName};
-    std::size_t budget = NameTable::maximumFileBytes;
-    NameStrings names = font.name ? NameTable::strings(*font.name, budget, wanted) : NameStrings{};
-    return factsFromNames(std::move(names), font, FontOrigin::installed).postScriptName;
+    NameStrings names = takeNames(font, budget);
+    font.postScriptName = postScriptName(font, names);
+    font.name.reset();
+    font.names = {};
+    font.settledNames = std::move(names);
 }
 
-std::vector<FontFacts> readFile(const FontService& service, const std::filesystem::path& file,
+std::vector<FontFacts> readFile(const FontService& service, const std::string& file,
                                 FontOrigin origin)
 {
-    const std::vector<PlatformFont> faces = service.facesOf(file, Faces::all);
+    std::vector<PlatformFont> faces = service.facesOf(file, Faces::all);
     std::vector<FontFacts> records;
     records.reserve(faces.size());
     std::size_t budget = NameTable::maximumFileBytes;
-    for (const PlatformFont& face : faces)
-        records.push_back(factsFromNames(tableNames(budget, face), face, origin));
+    for (PlatformFont& face : faces) {
+        NameStrings names = takeNames(face, budget);
+        records.push_back(factsFromNames(std::move(names), face, origin));
+    }
     return records;
 }
 
@@ -249,10 +254,10 @@ std::vector<FontFacts> installedFonts(const FontService& service, const Collator
     fonts.reserve(names.size());
     files.reserve(names.size());
     for (std::size_t i = 0; i < names.size(); ++i) {
-        const auto font = service.installedFont(names[i]);
+        auto font = service.installedFont(names[i]);
         if (!font || font->postScriptName != names[i]) continue;
-        fonts.push_back(facts(*font, FontOrigin::installed));
-        files.push_back(font->path ? font->path->native() : std::string{});
+        files.push_back(font->path.value_or(""));
+        fonts.push_back(facts(*std::move(font), FontOrigin::installed));
         if (progress && i % 100 == 0) progress(i, names.size());
     }
     if (progress) progress(names.size(), names.size());
@@ -299,9 +304,9 @@ std::vector<FontFacts> scanFile(const FontService& service, const Collator& orde
 std::optional<FontFacts> installedFont(const FontService& service, std::string_view postScriptName)
 {
     if (postScriptName.empty()) return std::nullopt;
-    const auto font = service.installedFont(postScriptName);
+    auto font = service.installedFont(postScriptName);
     if (!font || font->postScriptName != postScriptName) return std::nullopt;
-    return facts(*font, FontOrigin::installed);
+    return facts(*std::move(font), FontOrigin::installed);
 }
 
 std::vector<FontFacts> namedInstances(const FontService& service, std::span<const FontFacts> fonts)

@@ -37,19 +37,22 @@ installedFonts(const FontService& service, const Collator& order, const Progress
                                               const std::filesystem::path& file,
                                               const LicenseFile::Candidates& beside);
 
-/// One record per face of one font file, whatever its extension.
-[[nodiscard]] std::vector<FontFacts> readFile(const FontService& service,
-                                              const std::filesystem::path& file, FontOrigin origin);
+/// One record per face of one font file, whatever its extension. `file` is its path as bytes:
+/// taking a path apart for each of thousands of files would cost more than reading their names.
+[[nodiscard]] std::vector<FontFacts> readFile(const FontService& service, const std::string& file,
+                                              FontOrigin origin);
 
 /// The installed font with exactly this PostScript name.
 [[nodiscard]] std::optional<FontFacts> installedFont(const FontService& service,
                                                      std::string_view postScriptName);
 
 /// The facts of one face as the service knows it.
-[[nodiscard]] FontFacts facts(const PlatformFont& font, FontOrigin origin);
+[[nodiscard]] FontFacts facts(PlatformFont font, FontOrigin origin);
 
-/// The PostScript name in facts(), at less cost.
-[[nodiscard]] std::string postScriptName(const PlatformFont& font);
+/// Reads the font's names, keeps them instead of what they were read from, and fills in the
+/// PostScript name by which they call it. `budget` is how much of `name` tables may still be read
+/// for the font's file; see NameTable::strings.
+void settleNames(PlatformFont& font, std::size_t& budget);
 
 /// The label for FontFacts::format.
 [[nodiscard]] std::string formatName(const PlatformFont& font);

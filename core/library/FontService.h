@@ -6,7 +6,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,14 +24,16 @@ enum class FontFormat {
 
 /// One face as the service knows it.
 struct PlatformFont {
-    std::string postScriptName; // the service's own name for it; may be empty in a file's face
-    std::uint32_t index{};      // the face's place in its file, counted from 0
-    std::optional<std::filesystem::path> path;
+    std::string postScriptName;      // the service's own name for it; may be empty in a file's face
+    std::uint32_t index{};           // the face's place in its file, counted from 0
+    std::optional<std::string> path; // as the bytes that the system knows the file by
     std::optional<FontFormat> format;
     std::optional<std::vector<std::byte>> name; // raw `name` table
     std::optional<std::vector<std::byte>> os2;  // raw `OS/2` table
     std::optional<std::vector<std::byte>> fvar; // raw `fvar` table, only with Faces::variable
     NameStrings names; // names that the format has outside a `name` table, by name identifier
+    /// What `name` and `names` come to, in their place, where the service has read them already.
+    std::optional<NameStrings> settledNames;
 };
 
 /// Which faces of a file are wanted. The variable ones are those with an `fvar` table, and only
@@ -55,7 +56,7 @@ public:
     installedFont(std::string_view postScriptName) const = 0;
 
     /// The faces of one font file in file order; empty when it has none that can be read.
-    [[nodiscard]] virtual std::vector<PlatformFont> facesOf(const std::filesystem::path& file,
+    [[nodiscard]] virtual std::vector<PlatformFont> facesOf(const std::string& file,
                                                             Faces which) const = 0;
 };
 

@@ -40,13 +40,11 @@ int Location::folder() const
 std::optional<RegularFile> RegularFile::open(const std::string& path)
 {
     const Location location(path);
-    // Asked before opening, since opening a device can already do something; asked again
-    // afterwards, since another file may have taken its place in between.
-    struct stat status {};
-    if (::fstatat(location.folder(), location.name(), &status, 0) != 0 || !S_ISREG(status.st_mode))
-        return std::nullopt;
+    // Whoever lists files knows already what they are. If a pipe or a device has taken a file's
+    // place since then, it is opened without waiting for anything, and left again at once.
     Descriptor descriptor(
         ::openat(location.folder(), location.name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status {};
     if (!descriptor || ::fstat(descriptor.number(), &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
     return RegularFile(std::move(descriptor), static_cast<std::uint64_t>(status.st_size));

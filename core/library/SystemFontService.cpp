@@ -22,14 +22,13 @@ int formatRank(const PlatformFont& font)
     return font.format == FontFormat::postScript ? 1 : 0;
 }
 
-std::vector<PlatformFont> facesOfFile(std::filesystem::path path, Faces which)
+std::vector<PlatformFont> facesOfFile(const std::string& path, Faces which)
 {
-    const auto file = RegularFile::open(path.native());
+    const auto file = RegularFile::open(path);
     if (!file) return {};
     std::vector<PlatformFont> faces = FontFile::faces(*file, which);
-    for (std::size_t i = 1; i < faces.size(); ++i)
-        faces[i].path = path;
-    if (!faces.empty()) faces.front().path = std::move(path);
+    for (PlatformFont& face : faces)
+        face.path = path;
     return faces;
 }
 
@@ -40,8 +39,10 @@ std::vector<PlatformFont> installedFaces(const InstalledFile& file)
     std::erase_if(faces, [&file](const PlatformFont& face) {
         return std::ranges::find(file.faces, face.index) == file.faces.end();
     });
+    // The tables of thousands of fonts are not worth keeping once they are read.
+    std::size_t budget = NameTable::maximumFileBytes;
     for (PlatformFont& face : faces)
-        face.postScriptName = FontLibrary::postScriptName(face);
+        FontLibrary::settleNames(face, budget);
     return faces;
 }
 
@@ -101,8 +102,7 @@ std::optional<PlatformFont> SystemFontService::installedFont(std::string_view po
     return installed.fonts[found->second];
 }
 
-std::vector<PlatformFont> SystemFontService::facesOf(const std::filesystem::path& file,
-                                                     Faces which) const
+std::vector<PlatformFont> SystemFontService::facesOf(const std::string& file, Faces which) const
 {
     return facesOfFile(file, which);
 }

@@ -2,17 +2,22 @@
 
 #include "assessment/Classifier.h"
 
+#include <string_view>
 #include <utility>
 
 namespace quillmark {
 
 std::string AuditRow::id() const
 {
-    std::string id = facts.filePath.value_or("");
+    const std::string_view path = facts.filePath ? std::string_view(*facts.filePath) : "";
+    const std::string_view program = pdf ? rawValue(pdf->program) : "";
+    std::string id;
+    id.reserve(path.size() + facts.postScriptName.size() + program.size() + 2);
+    id += path;
     id += '#';
     id += facts.postScriptName;
     id += '#';
-    if (pdf) id += rawValue(pdf->program);
+    id += program;
     return id;
 }
 

@@ -82,6 +82,10 @@ inline constexpr int repairs = 8;
 /// Fonts of one document, after merging. Rows with their sentences take some kilobytes each.
 inline constexpr std::size_t fonts = 50'000;
 
+/// Bytes of text in the facts of one document's rows. Thousands of fonts can share one program, or
+/// match one font, whose names take megabytes; real fonts with a whole licence have some kilobytes.
+inline constexpr std::size_t rowText = 128 * mebibyte;
+
 /// Page numbers of all fonts of one document together: 20,000 pages with 800 fonts each. Over it, a
 /// font keeps its first pages.
 inline constexpr std::size_t fontPages = 16'000'000;

@@ -280,4 +280,21 @@ bool ObjectLexer::mayContain(std::string_view wanted)
     }
 }
 
+bool mayMention(std::span<const std::byte> text, std::string_view name)
+{
+    const std::string_view all(reinterpret_cast<const char*>(text.data()), text.size());
+    if (all.find('/' + std::string(name)) != std::string_view::npos) return true;
+    // What is left are names with escapes. With every byte escaped, a name is three times as long.
+    const std::size_t longest = 3 * name.size();
+    for (std::size_t at = all.find('#'); at != std::string_view::npos; at = all.find('#', at + 1)) {
+        const std::size_t begin = at - std::min(at, longest);
+        const std::size_t slash = all.substr(begin, at - begin).rfind('/');
+        if (slash == std::string_view::npos) continue;
+        std::string found(all.substr(begin + slash + 1, longest));
+        unescape(found);
+        if (found.starts_with(name)) return true;
+    }
+    return false;
+}
+
 } // namespace quillmark::PDF

@@ -76,4 +76,8 @@ private:
     std::string m_text; // of a token that is not in one piece in the window
 };
 
+/// Whether `name` may stand somewhere in `text`, whatever that is. False only when it certainly
+/// does not. Takes a small part of the time that reading the tokens would.
+[[nodiscard]] bool mayMention(std::span<const std::byte> text, std::string_view name);
+
 } // namespace quillmark::PDF

@@ -134,6 +134,17 @@ const ObjectPlace* ObjectStore::placeIn(const Members& members, std::uint32_t nu
     return place == members.places.end() || place->number != number ? nullptr : &*place;
 }
 
+/// Most documents have links by the thousand and no appearances at all, so object streams are asked
+/// as a whole before their objects are.
+bool ObjectStore::mayMention(Members& members, std::string_view key)
+{
+    const auto known = members.mentioned.find(key);
+    if (known != members.mentioned.end()) return known->second;
+    const bool mentioned = PDF::mayMention(members.bytes, key);
+    members.mentioned.emplace(key, mentioned);
+    return mentioned;
+}
+
 bool ObjectStore::mayHaveKey(const Node& node, std::string_view key)
 {
     // An object that does not show its lack of the key within this much is read anyway.
@@ -150,6 +161,7 @@ bool ObjectStore::mayHaveKey(const Node& node, std::string_view key)
     if (location->kind == Location::Kind::inFile)
         return look({m_file->bytes(), location->value, looked}, *reference);
     const auto container = members(location->value);
+    if (container && !mayMention(*container, key)) return false;
     const ObjectPlace* place = container ? placeIn(*container, reference->number) : nullptr;
     if (!place) return false;
     const auto source = memorySource(container->bytes);

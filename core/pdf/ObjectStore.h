@@ -10,8 +10,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -63,6 +67,8 @@ private:
         std::uint64_t first{};           // where the offsets count from
         std::vector<ObjectPlace> places; // ascending by number
         std::uint64_t textLeft{};        // that may be parsed, against objects that overlap
+        // Whether any object may have a key, for those that were asked for.
+        std::map<std::string, bool, std::less<>> mentioned;
     };
 
     void charge(const ParsedObjectRef& object);
@@ -70,6 +76,7 @@ private:
     [[nodiscard]] ParsedObjectRef object(const Reference& reference);
     [[nodiscard]] ParsedObjectRef readFromFile(const Reference& reference, std::uint64_t offset);
     [[nodiscard]] ParsedObjectRef readFromStream(const Reference& reference, std::uint64_t stream);
+    [[nodiscard]] static bool mayMention(Members& members, std::string_view key);
     [[nodiscard]] static const ObjectPlace* placeIn(const Members& members, std::uint32_t number);
     [[nodiscard]] std::shared_ptr<Members> members(std::uint64_t stream);
     [[nodiscard]] std::shared_ptr<Members> unpack(std::uint64_t stream);

@@ -2,8 +2,10 @@
 
 #include "assessment/Classifier.h"
 #include "fontfile/CFF.h"
+#include "fontfile/TextSize.h"
 #include "fontfile/Type1.h"
 #include "pdf/FontWalk.h"
+#include "pdf/Limits.h"
 #include "pdf/PDFDocument.h"
 #include "pdf/SubsetPrefix.h"
 #include "text/Encoding.h"
@@ -37,9 +39,29 @@ std::optional<FontFacts> factsOf(const std::optional<BareFontInfo>& info,
                                 std::string(FormatLabel::bareProgram), FontOrigin::document);
 }
 
+/// Lets records into the rows until their texts take too much together.
+class TextBudget {
+public:
+    /// Absent when there is no record or it is more than what is left.
+    template <typename Record>
+    [[nodiscard]] std::optional<Record> afforded(const std::optional<Record>& record)
+    {
+        if (!record) return std::nullopt;
+        const std::size_t size = textSize(*record);
+        if (size > m_left) return std::nullopt;
+        m_left -= size;
+        return record;
+    }
+
+private:
+    std::size_t m_left{PDF::Limits::rowText};
+};
+
 /// Reads embedded programs, each once: fonts of a document may share one.
 class ProgramReader {
 public:
+    explicit ProgramReader(TextBudget& budget) : m_budget(budget) {}
+
     /// The facts that a font's program gives; absent when there is none or it says nothing.
     std::optional<FontFacts> facts(const Found& font)
     {
@@ -47,11 +69,11 @@ public:
         switch (font.program) {
         case EmbeddedProgram::trueType:
         case EmbeddedProgram::openType:
-            return read(m_fontFiles, font.data, firstFace);
+            return m_budget.afforded(read(m_fontFiles, font.data, firstFace));
         case EmbeddedProgram::cff:
-            return factsOf(read(m_cff, font.data, CFF::read), font.baseName);
+            return factsOf(m_budget.afforded(read(m_cff, font.data, CFF::read)), font.baseName);
         case EmbeddedProgram::type1:
-            return factsOf(read(m_type1, font.data, Type1::read), font.baseName);
+            return factsOf(m_budget.afforded(read(m_type1, font.data, Type1::read)), font.baseName);
         case EmbeddedProgram::type3:
         case EmbeddedProgram::notEmbedded:
             return std::nullopt;
@@ -78,6 +100,7 @@ private:
         return std::move(faces.front());
     }
 
+    TextBudget& m_budget;
     Known<FontFacts> m_fontFiles;
     Known<BareFontInfo> m_cff;
     Known<BareFontInfo> m_type1;
@@ -92,10 +115,10 @@ FontFacts factsFromName(const std::string& name)
     return facts;
 }
 
-AuditRow row(Found font, ProgramReader& programs, const Lookup& lookup)
+AuditRow row(Found font, ProgramReader& programs, TextBudget& budget, const Lookup& lookup)
 {
     const auto embedded = programs.facts(font);
-    auto matched = lookup(font.baseName);
+    auto matched = budget.afforded(lookup(font.baseName));
 
     PDFFontInfo info;
     info.pdfNames.assign(font.pdfNames.begin(), font.pdfNames.end());
@@ -139,9 +162,10 @@ Result audit(PDF::Opened opened, std::string path, std::string fileName, const L
     audit.path = std::move(path);
     audit.fileName = std::move(fileName);
     audit.pageCount = found.pageCount;
-    ProgramReader programs;
+    TextBudget budget;
+    ProgramReader programs(budget);
     for (auto& font : found.fonts)
-        audit.rows.push_back(row(std::move(font), programs, lookup));
+        audit.rows.push_back(row(std::move(font), programs, budget, lookup));
     sortByVerdictAndName(audit.rows);
     audit.checkedAt = clock();
     return audit;

@@ -19,17 +19,6 @@ std::string asciiLowercased(std::string_view text)
     return lower;
 }
 
-/// The form in which texts are equal when only their case differs.
-std::string caseFolded(std::string_view text)
-{
-    if (Utf8::isAscii(text)) return asciiLowercased(text);
-    std::string folded;
-    icu::StringByteSink<std::string> sink(&folded, icuText(text).size());
-    UErrorCode status = U_ZERO_ERROR;
-    icu::CaseMap::utf8Fold(U_FOLD_CASE_DEFAULT, icuText(text), sink, nullptr, status);
-    return U_SUCCESS(status) ? folded : asciiLowercased(text);
-}
-
 } // namespace
 
 std::string lowercased(std::string_view text)
@@ -49,19 +38,6 @@ std::string uppercased(std::string_view text)
     UErrorCode status = U_ZERO_ERROR;
     icu::CaseMap::utf8ToUpper("", 0, icuText(text), sink, nullptr, status);
     return U_SUCCESS(status) ? upper : std::string(text);
-}
-
-bool containsIgnoringCase(std::string_view text, std::string_view needle)
-{
-    if (Utf8::isAscii(text) && Utf8::isAscii(needle)) {
-        const auto same = [](char left, char right) {
-            return Utf8::asciiLower(left) == Utf8::asciiLower(right);
-        };
-        return std::search(text.begin(), text.end(), needle.begin(), needle.end(), same) !=
-                   text.end() ||
-               needle.empty();
-    }
-    return caseFolded(text).find(caseFolded(needle)) != std::string::npos;
 }
 
 } // namespace quillmark

@@ -1,4 +1,4 @@
-// Changing case and case-insensitive search.
+// Changing case.
 #pragma once
 
 #include <string>
@@ -11,8 +11,5 @@ namespace quillmark {
 
 /// Full Unicode upper-casing in the root locale.
 [[nodiscard]] std::string uppercased(std::string_view text);
-
-/// Whether `text` contains `needle` when case is ignored (Unicode default case folding).
-[[nodiscard]] bool containsIgnoringCase(std::string_view text, std::string_view needle);
 
 } // namespace quillmark

@@ -55,10 +55,16 @@ std::string Collator::sortKey(std::string_view text) const
 {
     if (!m_implementation->collator) return std::string(text);
     const auto utf16 = icu::UnicodeString::fromUTF8(icuText(text));
-    const std::int32_t length = m_implementation->collator->getSortKey(utf16, nullptr, 0);
-    std::string key(static_cast<std::size_t>(length), '\0');
-    m_implementation->collator->getSortKey(utf16, reinterpret_cast<std::uint8_t*>(key.data()),
-                                           length);
+    // Making a key is what sorting costs, so it is made twice only where it turns out to be long.
+    constexpr std::int32_t usualLength = 128;
+    std::string key(usualLength, '\0');
+    const auto make = [&](std::int32_t size) {
+        return m_implementation->collator->getSortKey(
+            utf16, reinterpret_cast<std::uint8_t*>(key.data()), size);
+    };
+    const std::int32_t length = make(usualLength);
+    key.resize(static_cast<std::size_t>(length));
+    if (length > usualLength) make(length);
     return key;
 }
 

@@ -211,6 +211,7 @@ TEST(AppleFonts, ACopyrightNamingAnotherAppleIsNot)
 {
     EXPECT_EQ(AppleFonts::origin(withCopyright("Apple Tree Type")), std::nullopt);
     EXPECT_EQ(AppleFonts::origin(withCopyright("Apple  Inc")), std::nullopt);
+    EXPECT_EQ(AppleFonts::origin(withCopyright("Äpple Inc")), std::nullopt);
     EXPECT_EQ(AppleFonts::origin(withCopyright("")), std::nullopt);
 }
 

@@ -265,7 +265,7 @@ TEST_F(Matching, WithoutInstalledFontsLeavesOutTheSystemsLookUpByName)
             font.path = "/system/found";
             return font;
         }
-        [[nodiscard]] std::vector<PlatformFont> facesOf(const std::filesystem::path& /*file*/,
+        [[nodiscard]] std::vector<PlatformFont> facesOf(const std::string& /*file*/,
                                                         Faces /*which*/) const override
         {
             return {};

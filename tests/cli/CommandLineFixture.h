@@ -66,7 +66,7 @@ public:
     {
         return std::nullopt;
     }
-    [[nodiscard]] std::vector<PlatformFont> facesOf(const std::filesystem::path& /*file*/,
+    [[nodiscard]] std::vector<PlatformFont> facesOf(const std::string& /*file*/,
                                                     Faces /*which*/) const override
     {
         return {};

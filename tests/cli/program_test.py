@@ -195,7 +195,10 @@ class StreamsTest(ProgramTest):
         reader, writer = self.full_pipe()
         terminal, program_side = pty.openpty()
         process = subprocess.Popen(
-            [PROGRAM, "scan", self.fonts], stdout=writer, stderr=program_side
+            [PROGRAM, "scan", self.fonts],
+            stdout=writer,
+            stderr=program_side,
+            env={**os.environ, "TERM": "xterm"},
         )
         os.close(program_side)
         os.close(writer)
@@ -235,6 +238,15 @@ class TerminalTest(ProgramTest):
             "-q", "scan", self.fonts, environment={**environment, "NO_COLOR": ""}
         )
         self.assertIn("\x1b[31m", text)
+
+    def test_a_terminal_that_cannot_erase_lines_gets_no_progress(self):
+        environment = {**os.environ, "TERM": "dumb"}
+        code, text = run_on_terminal("scan", self.fonts, environment=environment)
+        self.assertEqual(code, 0)
+        self.assertTrue(text.startswith("Fonts\r\n"), text)
+        self.assertNotIn("\x1b", text)
+        del environment["TERM"]
+        self.assertEqual(run_on_terminal("scan", self.fonts, environment=environment), (code, text))
 
     def test_progress_is_erased_before_the_report(self):
         environment = {**os.environ, "TERM": "xterm", "NO_COLOR": "1"}

@@ -28,6 +28,7 @@ THIRD_PARTY = {
     "libdeflate": (r"libdeflate\.h", ["core/pdf/Inflater.cpp"]),
     "brotli": (r"brotli/.*", ["core/library/WOFF2.cpp"]),
     "libqpdf": (r"qpdf/.*", ["core/pdf/QPDF*"]),
+    "GnuTLS": (r"gnutls/.*", ["core/pdf/GnuTLSOnDemand.cpp"]),
     "nlohmann-json": (r"nlohmann/.*", ["core/coding/RecordCoding.cpp"]),
     "CLI11": (r"CLI/.*", ["cli/Options.cpp"]),
     "Qt's PDF writer": (r"QFont|QGuiApplication|QPainter|QPdfWriter", ["tests"]),

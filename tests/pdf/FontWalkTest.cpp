@@ -61,9 +61,12 @@ TEST(FontWalk, OwnResourcesHideTheParents)
 
 TEST(FontWalk, ResourcesOfAnotherTypeAreNoResources)
 {
-    EXPECT_EQ(
-        namesAndPages(scanned(pages({"/Resources 7"}, "/Resources" + fontNamed("Inherited")))),
-        "Inherited [1]");
+    for (const char* resources : {"7", "null", "[]", "/Name", "99 0 R", "5 0 R"}) {
+        auto pdf =
+            pages({"/Resources " + std::string(resources)}, "/Resources" + fontNamed("Inherited"));
+        pdf.stream(5, "/Font<</F " + plainFont("InAStream") + ">>");
+        EXPECT_EQ(namesAndPages(scanned(pdf)), "Inherited [1]") << resources;
+    }
 }
 
 /// A page below a chain of parents, of which only the last has resources; `examined` dictionaries
@@ -190,6 +193,24 @@ TEST(FontWalk, ImagesAndFormsWithoutResourcesArePassedOver)
     EXPECT_EQ(namesAndPages(scanned(pdf)), "InForm [1]");
 }
 
+TEST(FontWalk, FontsOfPatternsGlyphsSoftMasksAndFormFieldsThemselvesDoNotCount)
+{
+    PDFBytes pdf;
+    pdf.object(1,
+               "<</Type/Catalog/Pages 2 0 R/AcroForm<</DR" + fontNamed("InFieldDefaults") + ">>>>");
+    pdf.object(2, "<</Type/Pages/Kids[3 0 R]>>");
+    pdf.object(3, "<</Type/Page/Resources 4 0 R/Annots[<</DR" + fontNamed("InField") +
+                      "/Resources" + fontNamed("InAnnotation") + "/MK<</N 7 0 R>>>>]>>");
+    pdf.object(4, "<</Font<</F<</Subtype/Type3/BaseFont/Drawn/Resources" + fontNamed("InGlyphs") +
+                      ">>>>/Pattern<</P 5 0 R>>/ExtGState<</G<</SMask<</G 6 0 R>>/Font[8 0 R 9]"
+                      ">>>>/XObject<<>>>>");
+    pdf.stream(5, "/PatternType 1/Resources" + fontNamed("InPattern"));
+    pdf.stream(6, "/Subtype/Form/Resources" + fontNamed("InSoftMask"));
+    pdf.stream(7, "/Subtype/Form/Resources" + fontNamed("InIcon"));
+    pdf.object(8, plainFont("InGraphicsState"));
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Drawn [1]");
+}
+
 TEST(FontWalk, EntriesThatAreNoFontsArePassedOver)
 {
     auto pdf = onePage("<</Font<</A 4 0 R/B 7/C[1]/D 5 0 R/E 6 0 R>>>>");
@@ -215,6 +236,17 @@ TEST(FontWalk, EveryAppearanceStateCounts)
     pdf.stream(5, "/Resources" + fontNamed("No"));
     pdf.stream(6, "/Resources" + fontNamed("Yes"));
     EXPECT_EQ(namesAndPages(scanned(pdf)), "No [1], Yes [1]");
+}
+
+TEST(FontWalk, AppearancesOfAnnotationsInObjectStreamsCountHoweverTheirKeyIsWritten)
+{
+    auto pdf = pages({"/Annots[5 0 R 6 0 R 7 0 R 8 0 R]"});
+    pdf.crossReference(PDFBytes::CrossReference::stream);
+    pdf.objectStream(9, {{5, "<</Subtype/Link>>"}, {6, "<</AP<</N 11 0 R>>>>"}});
+    pdf.objectStream(10, {{7, "<</A#50<</N 12 0 R>>>>"}, {8, "<</Contents(#/AP)>>"}});
+    pdf.stream(11, "/Resources" + fontNamed("Plain"));
+    pdf.stream(12, "/Resources" + fontNamed("Escaped"));
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Plain [1], Escaped [1]");
 }
 
 TEST(FontWalk, AppearanceNeedsNoSubtypeAndDoesNotInheritResources)
@@ -364,6 +396,17 @@ TEST(FontWalk, CompositeFontHasItsDescendantsTypeAndProgram)
     EXPECT_EQ(lines(scanned(composite("/DescendantFonts[4 0 R]",
                                       "/Subtype/CIDFontType2/FontDescriptor 5 0 R"))),
               "Whole Type0 / CIDFontType2 trueType [1] 7 bytes\n");
+}
+
+TEST(FontWalk, OnlyTheFirstOfSeveralDescendantsCounts)
+{
+    EXPECT_EQ(lines(scanned(composite("/DescendantFonts[4 0 R<</Subtype/CIDFontType2/"
+                                      "FontDescriptor 5 0 R>>]",
+                                      "/Subtype/CIDFontType0"))),
+              "Whole Type0 / CIDFontType0 notEmbedded [1]\n");
+    EXPECT_EQ(lines(scanned(composite("/DescendantFonts[null 4 0 R]",
+                                      "/Subtype/CIDFontType2/FontDescriptor 5 0 R"))),
+              "Whole Type0 notEmbedded [1]\n");
 }
 
 TEST(FontWalk, CompositeFontWithoutDescendantsAndDescriptorIsType0)

@@ -334,5 +334,38 @@ TEST(KeySighting, ObjectLongerThanLookedAtMayHaveAnything)
     EXPECT_TRUE(ObjectParser().mayHaveKey({source, 0, 11}, {}, "AP"));
 }
 
+struct Mention {
+    const char* name;
+    std::string_view text;
+    bool may;
+
+    friend std::ostream& operator<<(std::ostream& out, const Mention& row)
+    {
+        return out << row.name;
+    }
+};
+
+class Mentions : public testing::TestWithParam<Mention> {};
+
+TEST_P(Mentions, AreNeverMissed)
+{
+    EXPECT_EQ(mayMention(ascii(GetParam().text), "AP"), GetParam().may);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ObjectLexer, Mentions,
+    testing::Values(
+        Mention{"Key", "<</AP<<>>>>", true}, Mention{"NothingElse", "/AP", true},
+        Mention{"LongerName", "/APX", true}, Mention{"InString", "(/AP)", true},
+        Mention{"LastEscaped", "/A#50", true}, Mention{"FirstEscaped", "/#41P", true},
+        Mention{"AllEscaped", "x/#41#50 ", true}, Mention{"BehindAnotherName", "/#/A#50", true},
+        Mention{"NoText", "", false}, Mention{"NoName", "AP", false},
+        Mention{"SpaceInside", "/A P", false}, Mention{"OtherByteEscaped", "/A#51", false},
+        Mention{"CutEscape", "/A#5", false}, Mention{"EmptyEscape", "/A#", false},
+        Mention{"EscapeWithoutSlash", "#41P", false}, Mention{"EndOfLongerName", "/xA#50", false},
+        Mention{"EscapeBehindSpace", "/A #50", false}, Mention{"Address", "(http://a/b#AP)", false},
+        Mention{"OtherNameWithEscape", "/B#41P", false}),
+    [](const auto& test) { return std::string(test.param.name); });
+
 } // namespace
 } // namespace quillmark::PDF

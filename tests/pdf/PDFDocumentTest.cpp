@@ -12,6 +12,7 @@
 
 #include <array>
 #include <cstdio>
+#include <map>
 #include <ostream>
 #include <string>
 
@@ -457,19 +458,67 @@ TEST(PDFDocument, ObjectOfAnotherGenerationIsAnother)
     EXPECT_EQ(namesAndPages(scanned(pdf)), "First [1]");
 }
 
-TEST(PDFDocument, UpdatedObjectsReplaceTheOriginals)
+/// The document with an update at its end: more objects, and a section of the table with entries
+/// for object 4 and the ones behind it.
+Bytes updated(const PDFBytes& pdf, const std::string& objects, const std::string& entries)
 {
-    auto pdf = withProgram("", program);
     std::string text = pdf.text();
     const std::size_t previous = text.find("xref\n0 1");
-    const std::size_t object = text.size();
-    text += "4 0 obj<</BaseFont/Updated>>endobj\n";
+    text += objects;
     const std::size_t table = text.size();
+    text += "xref\n4 " + std::to_string(entries.size() / 20) + "\n" + entries +
+            "trailer\n<</Root 1 0 R/Size 7/Prev " + std::to_string(previous) + ">>\nstartxref\n" +
+            std::to_string(table) + "\n%%EOF\n";
+    return ascii(text);
+}
+
+TEST(PDFDocument, UpdatedObjectsReplaceTheOriginals)
+{
+    const auto pdf = withProgram("", program);
     std::array<char, 32> entry{};
-    std::snprintf(entry.data(), entry.size(), "%010zu 00000 n \n", object);
-    text += "xref\n4 1\n" + std::string(entry.data()) + "trailer\n<</Root 1 0 R/Size 7/Prev " +
-            std::to_string(previous) + ">>\nstartxref\n" + std::to_string(table) + "\n%%EOF\n";
-    EXPECT_EQ(namesAndPages(scanned(ascii(text))), "Updated [1]");
+    std::snprintf(entry.data(), entry.size(), "%010zu 00000 n \n", pdf.text().size());
+    EXPECT_EQ(
+        namesAndPages(scanned(updated(pdf, "4 0 obj<</BaseFont/Updated>>endobj\n", entry.data()))),
+        "Updated [1]");
+}
+
+TEST(PDFDocument, ObjectsThatAnUpdateFreesAreGone)
+{
+    const auto pdf = withProgram("", program);
+    EXPECT_EQ(namesAndPages(scanned(updated(pdf, "", "0000000000 00001 f \n"))), "");
+}
+
+TEST(PDFDocument, TableOfAHybridFileHasItsHiddenObjectsInAStream)
+{
+    // Readers of old see a table; the section's cross-reference stream adds what is in an object
+    // stream.
+    std::string text = "%PDF-1.5\n";
+    std::map<int, std::size_t> offsets;
+    const auto add = [&](int number, const std::string& object) {
+        offsets[number] = text.size();
+        text += std::to_string(number) + " 0 obj\n" + object + "\nendobj\n";
+    };
+    const auto field = [](std::size_t value, int digits) {
+        std::array<char, 32> number{};
+        std::snprintf(number.data(), number.size(), "%0*zu", digits, value);
+        return std::string(number.data());
+    };
+    const std::string hidden = "5 0 <</BaseFont/Hidden>>";
+    add(1, "<</Type/Catalog/Pages 2 0 R>>");
+    add(2, "<</Type/Pages/Kids[3 0 R]>>");
+    add(3, "<</Type/Page/Resources<</Font<</F 5 0 R>>>>>>");
+    add(4, "<</Type/ObjStm/N 1/First 4/Length " + std::to_string(hidden.size()) + ">>stream\n" +
+               hidden + "\nendstream");
+    // One entry: of type 2, in object stream 4, the first one there.
+    add(6, "<</Type/XRef/W[1 1 1]/Index[5 1]/Size 7/Root 1 0 R/Filter/ASCIIHexDecode/Length 7>>"
+           "stream\n020400>\nendstream");
+    const std::size_t table = text.size();
+    text += "xref\n0 5\n0000000000 65535 f \n";
+    for (int number = 1; number <= 4; ++number)
+        text += field(offsets[number], 10) + " 00000 n \n";
+    text += "trailer\n<</Root 1 0 R/Size 7/XRefStm " + std::to_string(offsets[6]) +
+            ">>\nstartxref\n" + std::to_string(table) + "\n%%EOF\n";
+    EXPECT_EQ(namesAndPages(scanned(ascii(text))), "Hidden [1]");
 }
 
 TEST(PDFDocument, CrossReferenceSectionsThatFormALoopEnd)

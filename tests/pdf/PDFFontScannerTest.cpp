@@ -10,6 +10,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <ostream>
 #include <string>
 
@@ -20,6 +23,7 @@ using test::ascii;
 using test::audited;
 using test::auditedFont;
 using test::Bytes;
+using test::ByteWriter;
 using test::FontBytes;
 using test::onePage;
 using test::pages;
@@ -348,6 +352,69 @@ TEST(EmbeddedFacts, SharedProgramIsReadForEachFontThatHasIt)
     EXPECT_EQ(audit.rows[1].facts.postScriptName, "B");
     EXPECT_TRUE(audit.rows[0].pdf->readEmbeddedData);
     EXPECT_TRUE(audit.rows[1].pdf->readEmbeddedData);
+}
+
+/// A document with `count` fonts, F0 and so on, whose programs are all object 5.
+PDFBytes withSharedProgram(int count, const std::string& key, const Bytes& program)
+{
+    std::string fonts;
+    for (int i = 0; i < count; ++i)
+        fonts += "/F" + std::to_string(i) + "<</Subtype/TrueType/BaseFont/F" + std::to_string(i) +
+                 "/FontDescriptor 4 0 R>>";
+    auto pdf = onePage("<</Font<<" + fonts + ">>>>");
+    pdf.object(4, "<</" + key + " 5 0 R>>");
+    pdf.stream(5, "", program);
+    return pdf;
+}
+
+std::ptrdiff_t rowsReadInside(const DocumentAudit& audit)
+{
+    return std::ranges::count_if(audit.rows,
+                                 [](const AuditRow& row) { return row.pdf->readEmbeddedData; });
+}
+
+TEST(EmbeddedFacts, NamesOfASharedFontFileEndWhereTheRowsHaveTakenTheirText)
+{
+    // Three names of 65535 bytes that take three bytes each in UTF-8, "Big" twice and the format:
+    // 589829 bytes for each row, of which 227 fit into 128 MiB.
+    const Bytes longName(65535, std::byte{0xF0});
+    auto font = FontBytes().face().name(6, u"Big");
+    for (const auto id : std::to_array<std::uint16_t>({8, 9, 11}))
+        font.nameRecord({1, 0, 0, id, longName});
+    const auto audit = audited(withSharedProgram(230, "FontFile2", font.build()));
+    ASSERT_EQ(audit.rows.size(), 230U);
+    EXPECT_EQ(rowsReadInside(audit), 227);
+    const FontFacts& last = audit.rows.back().facts;
+    EXPECT_EQ(last.postScriptName, "F99"); // fonts are found in the order of their keys
+    EXPECT_EQ(last.manufacturer, std::nullopt);
+}
+
+TEST(EmbeddedFacts, NamesOfASharedCFFProgramEndThereToo)
+{
+    // Its full name takes 15 MiB.
+    const std::string fullName(std::size_t{15} << 20U, 'x');
+    const Bytes program = ByteWriter()
+                              .u8(1)
+                              .u8(0)
+                              .u8(4)
+                              .u8(1)
+                              .bytes(test::cffIndex({}))
+                              .bytes(test::cffIndex({ascii("\x1C\x01\x87\x02")}))
+                              .bytes(test::cffIndex({ascii(fullName)}, 4))
+                              .build();
+    EXPECT_EQ(rowsReadInside(audited(withSharedProgram(10, "FontFile3", program))), 8);
+}
+
+TEST(Match, WithMoreTextThanTheRowsMayTakeIsNone)
+{
+    auto known = knownFont("Known", "Known");
+    known.manufacturer = std::string(std::size_t{60} << 20U, 'x');
+    const auto audit = audited(withSharedProgram(3, "FontFile2", {}),
+                               {{"F0", known}, {"F1", known}, {"F2", known}});
+    ASSERT_EQ(audit.rows.size(), 3U);
+    EXPECT_EQ(std::ranges::count_if(
+                  audit.rows, [](const AuditRow& row) { return row.pdf->matchedPath.has_value(); }),
+              2);
 }
 
 TEST(Match, IsAskedForByTheCleanName)

@@ -20,8 +20,7 @@ std::optional<PlatformFont> FakeFontService::installedFont(std::string_view post
     return found == installed.end() ? std::nullopt : found->second;
 }
 
-std::vector<PlatformFont> FakeFontService::facesOf(const std::filesystem::path& file,
-                                                   Faces which) const
+std::vector<PlatformFont> FakeFontService::facesOf(const std::string& file, Faces which) const
 {
     const auto found = files.find(file);
     if (found == files.end()) return {};

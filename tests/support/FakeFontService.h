@@ -23,7 +23,7 @@ public:
     [[nodiscard]] std::vector<std::string> installedNames() const override;
     [[nodiscard]] std::optional<PlatformFont>
     installedFont(std::string_view postScriptName) const override;
-    [[nodiscard]] std::vector<PlatformFont> facesOf(const std::filesystem::path& file,
+    [[nodiscard]] std::vector<PlatformFont> facesOf(const std::string& file,
                                                     Faces which) const override;
 };
 

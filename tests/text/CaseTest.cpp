@@ -49,43 +49,5 @@ TEST(Case, UpperCasingIsFullUnicodeInTheRootLocale)
     EXPECT_EQ(uppercased("中文"), "中文");
 }
 
-struct ContainsCase {
-    const char* name;
-    std::string_view text;
-    std::string_view needle;
-    bool contains;
-
-    friend std::ostream& operator<<(std::ostream& out, const ContainsCase& row)
-    {
-        return out << row.name;
-    }
-};
-
-class ContainsIgnoringCase : public testing::TestWithParam<ContainsCase> {};
-
-TEST_P(ContainsIgnoringCase, FoldsBothSides)
-{
-    EXPECT_EQ(containsIgnoringCase(GetParam().text, GetParam().needle), GetParam().contains);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Case, ContainsIgnoringCase,
-    testing::Values(ContainsCase{"Ascii", "© none, APPLE INC. 2003", "Apple Inc", true},
-                    ContainsCase{"AsciiOnBothSides", "(c) aPPLE iNC", "Apple Inc", true},
-                    ContainsCase{"AsciiAtTheStart", "Apple", "APP", true},
-                    ContainsCase{"AsciiAtTheEnd", "An apple", "APPLE", true},
-                    ContainsCase{"AsciiNotFound", "Apple Computer", "Apple Inc", false},
-                    ContainsCase{"NotFoundBeyondAscii", "Äpple Inc", "Apple Inc", false},
-                    ContainsCase{"NeedleLongerThanTheText", "Inc", "Apple Inc", false},
-                    ContainsCase{"WithinTextBeyondAscii", "Ünïcode LTD", "ünÏcode", true},
-                    ContainsCase{"SharpSIsTwoLetters", "STRASSE", "straße", true},
-                    ContainsCase{"LigatureIsItsLetters", "\uFB01n", "FIN", true},
-                    ContainsCase{"KelvinSignIsALetterK", "\u212Aelvin", "kel", true},
-                    ContainsCase{"SigmaInAllItsForms", "ΟΔΟΣ", "οδος", true},
-                    ContainsCase{"EmptyNeedle", "Foo", "", true},
-                    ContainsCase{"EmptyNeedleInEmptyText", "", "", true},
-                    ContainsCase{"EmptyText", "", "Foo", false}),
-    [](const auto& row) { return std::string(row.param.name); });
-
 } // namespace
 } // namespace quillmark
