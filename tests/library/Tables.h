@@ -12,10 +12,12 @@
 
 namespace quillmark::test {
 
-/// The family in a `name` table; empty when it has none.
-inline std::string family(std::span<const std::byte> table)
+/// The family among a font's names; empty when it has none, a hyphen without a `name` table.
+inline std::string family(const PlatformFont& font)
 {
-    const NameStrings names = NameTable::strings(table);
+    if (!font.name && !font.settledNames) return "-";
+    const NameStrings names =
+        font.settledNames ? *font.settledNames : NameTable::strings(*font.name);
     const auto found = names.find(1);
     return found == names.end() ? "" : found->second;
 }
@@ -27,7 +29,7 @@ inline std::string summary(const PlatformFont& font)
     std::string text = std::to_string(font.index) + " format ";
     text += font.format ? std::to_string(static_cast<int>(*font.format)) : "-";
     text += " name ";
-    text += font.name ? family(*font.name) : "-";
+    text += family(font);
     text += " fsType ";
     const auto os2 = font.os2 ? OS2Info::read(*font.os2) : std::nullopt;
     text += os2 ? std::to_string(os2->fsType) : "-";
@@ -38,6 +40,7 @@ inline std::string summary(const PlatformFont& font)
 inline std::vector<std::string> summaries(const std::vector<PlatformFont>& fonts)
 {
     std::vector<std::string> texts;
+    texts.reserve(fonts.size());
     for (const PlatformFont& font : fonts)
         texts.push_back(summary(font));
     return texts;

@@ -51,7 +51,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Utf8Case{"FourByteCharacterCutAtTheEnd", "a\xF0\x9F\x98", "a\uFFFD"},
                     Utf8Case{"LoneContinuation", "\x80z", "\uFFFDz"},
                     Utf8Case{"LeadBytesThatNeverOccur", "\xC1\xF5\xFE", "\uFFFD\uFFFD\uFFFD"},
-                    Utf8Case{"BeyondUnicode", "\xF4\x90\x80\x80", "\uFFFD\uFFFD\uFFFD\uFFFD"}),
+                    Utf8Case{"BeyondUnicode", "\xF4\x90\x80\x80", "\uFFFD\uFFFD\uFFFD\uFFFD"},
+                    Utf8Case{"FarBeyondUnicode", "\xF5\x80\x80\x80", "\uFFFD\uFFFD\uFFFD\uFFFD"}),
     [](const auto& row) { return std::string(row.param.name); });
 
 struct Utf16Case {
