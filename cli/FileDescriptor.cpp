@@ -18,8 +18,7 @@ int FileDescriptor::close()
 
 FileDescriptor openFile(const std::filesystem::path& path, int flags)
 {
-    return FileDescriptor(
-        open(path.c_str(), flags | O_CLOEXEC)); // NOLINT(cppcoreguidelines-pro-type-vararg)
+    return FileDescriptor(open(path.c_str(), flags | O_CLOEXEC));
 }
 
 int writeAll(int descriptor, std::string_view bytes)

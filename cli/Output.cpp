@@ -20,10 +20,9 @@ constexpr mode_t permissionBits = 07777;
 
 mode_t defaultMode()
 {
-    // NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs yet
+    // No other thread runs yet that could make a file while the mask is off.
     const mode_t mask = umask(0);
     umask(mask);
-    // NOLINTEND(concurrency-mt-unsafe)
     return 0666 & ~mask;
 }
 

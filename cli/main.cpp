@@ -17,8 +17,6 @@
 
 namespace {
 
-// NOLINTBEGIN(cppcoreguidelines-pro-type-vararg): the system's own functions
-
 using quillmark::cli::Stream;
 
 /// With a standard stream closed, the next file to be opened would take its place and get what was
@@ -52,11 +50,9 @@ Stream stream(int descriptor)
     return {descriptor, size.ws_col};
 }
 
-// NOLINTEND(cppcoreguidelines-pro-type-vararg)
-
 std::string_view variable(const char* name)
 {
-    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): one thread only
+    const char* value = std::getenv(name);
     return value == nullptr ? std::string_view() : value;
 }
 

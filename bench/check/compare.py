@@ -1,6 +1,7 @@
 """Times document checks against peers and prints ratios beside their targets. Run by ../check.sh."""
 
 import argparse
+import sys
 import tempfile
 from collections.abc import Callable
 from pathlib import Path
@@ -191,6 +192,7 @@ def main() -> None:
     for part in arguments.parts:
         if part not in PARTS:
             parser.error(f'there is no part "{part}"')
+    sys.stdout.reconfigure(line_buffering=True)  # a part can take minutes
     with tempfile.TemporaryDirectory() as scratch:
         bench = Bench(arguments.documents_folder, arguments.programs, arguments, Path(scratch))
         for part in arguments.parts or PARTS:

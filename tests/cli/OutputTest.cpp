@@ -232,7 +232,7 @@ TEST_F(StandardOutput, IsWrittenWholeThroughAPipeThatDoesNotBlock)
     const pid_t child = fork();
     if (child == 0) _exit(runTo(ends[1], null.get(), {"installed", "-fjson"}));
     close(ends[1]);
-    fcntl(reader.get(), F_SETFL, 0); // NOLINT(cppcoreguidelines-pro-type-vararg)
+    fcntl(reader.get(), F_SETFL, 0);
     std::string text;
     std::string piece(65536, '\0');
     for (auto count = read(reader.get(), piece.data(), piece.size()); count > 0;

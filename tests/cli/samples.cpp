@@ -54,6 +54,8 @@ Bytes acme()
 
 } // namespace
 
+// What goes wrong ends the program, and with it the test that runs it.
+// NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argumentCount, char** arguments)
 {
     if (argumentCount != 2) {

@@ -1,20 +1,16 @@
 #include "fontfile/ByteReader.h"
 
-#include "support/FontBytes.h"
-
 #include <gtest/gtest.h>
 
+#include <array>
 #include <limits>
 
 namespace quillmark {
 namespace {
 
-using test::ascii;
-using test::Bytes;
-
 constexpr std::size_t farthest = std::numeric_limits<std::size_t>::max();
 
-const Bytes five = ascii("\x81\x02\x03\x04\x05");
+constexpr std::array five{std::byte{0x81}, std::byte{2}, std::byte{3}, std::byte{4}, std::byte{5}};
 
 TEST(ByteReader, ValuesAreBigEndian)
 {

@@ -312,6 +312,7 @@ TEST(NameTable, ShorterStringStillFitsWhereALongerOneDoesNot)
 TEST(NameTable, StringsThatAreNotChosenCostNothing)
 {
     std::vector<NameRecord> records;
+    records.reserve(101);
     for (int i = 0; i < 100; ++i)
         records.push_back({1, 0, 2, 1, ascii("loser")});
     records.push_back(windowsEnglish(1, u"Foo"));
@@ -357,7 +358,7 @@ TEST(NameTable, BudgetIsSharedBetweenTables)
 {
     const Bytes table = nameTable({windowsEnglish(1, u"Foo"), windowsEnglish(2, u"Bold")}).build();
     const std::size_t needed = 2 * 12 + 6 + 8;
-    std::size_t budget = needed + 2 * 12 + 6;
+    std::size_t budget = needed + (2 * 12 + 6);
     EXPECT_THAT(NameTable::strings(table, budget), ElementsAre(Pair(1, "Foo"), Pair(2, "Bold")));
     EXPECT_THAT(NameTable::strings(table, budget), ElementsAre(Pair(1, "Foo")));
     EXPECT_EQ(budget, 0U);

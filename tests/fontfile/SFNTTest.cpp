@@ -321,7 +321,7 @@ TEST(SFNT, DamagedFaceOfACollectionIsDroppedAndItsSiblingsKept)
 TEST(SFNT, FaceAtAnOffset)
 {
     auto writer = FontBytes().face().table("name", ascii("one")).face("OTTO").writer();
-    const Bytes font = writer.build();
+    const Bytes& font = writer.build();
     EXPECT_EQ(text(SFNT::face(writer.position("face0"), font)->name), "one");
     EXPECT_EQ(SFNT::face(writer.position("face1"), font)->outlines, "OpenType (CFF)");
     EXPECT_EQ(SFNT::face(0, font), std::nullopt); // the collection's own header

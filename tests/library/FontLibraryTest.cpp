@@ -22,6 +22,7 @@ using testing::IsEmpty;
 std::vector<std::string> postScriptNames(const std::vector<FontFacts>& fonts)
 {
     std::vector<std::string> names;
+    names.reserve(fonts.size());
     for (const FontFacts& font : fonts)
         names.push_back(font.postScriptName);
     return names;

@@ -17,6 +17,7 @@ namespace quillmark::test {
 inline Bytes namesTable(const std::vector<std::pair<std::uint16_t, std::u16string_view>>& names)
 {
     std::vector<NameRecord> records;
+    records.reserve(names.size());
     for (const auto& [id, text] : names)
         records.push_back(windowsEnglish(id, text));
     return nameTable(records).build();

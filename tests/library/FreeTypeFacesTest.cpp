@@ -177,6 +177,7 @@ TEST(FreeTypeFaces, MayBeReadOnSeveralThreads)
 {
     const Bytes font = test::type1Font();
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t)
         threads.emplace_back([&font] {
             for (int i = 0; i < 50; ++i)

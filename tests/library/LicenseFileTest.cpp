@@ -28,6 +28,7 @@ protected:
     holding(const std::vector<std::string>& names) const
     {
         std::vector<std::filesystem::path> files;
+        files.reserve(names.size());
         for (const std::string& name : names)
             files.push_back(m_folder.write(name, "text of " + name));
         return files;

@@ -54,6 +54,7 @@ protected:
 std::vector<std::string> names(const std::vector<FontFacts>& fonts)
 {
     std::vector<std::string> found;
+    found.reserve(fonts.size());
     for (const FontFacts& font : fonts)
         found.push_back(font.postScriptName);
     return found;

@@ -40,6 +40,7 @@ inline std::string summary(const PlatformFont& font)
 inline std::vector<std::string> summaries(const std::vector<PlatformFont>& fonts)
 {
     std::vector<std::string> texts;
+    texts.reserve(fonts.size());
     for (const PlatformFont& font : fonts)
         texts.push_back(summary(font));
     return texts;

@@ -31,7 +31,10 @@ public:
                         rest.begin() + static_cast<std::ptrdiff_t>(std::min(m_piece, rest.size())));
         return m_window;
     }
-    [[nodiscard]] std::size_t read(std::uint64_t, std::span<std::byte>) override { return 0; }
+    [[nodiscard]] std::size_t read(std::uint64_t /*at*/, std::span<std::byte> /*into*/) override
+    {
+        return 0;
+    }
 
 private:
     test::Bytes m_bytes;
@@ -41,6 +44,7 @@ private:
 
 /// One line that says what was parsed: names with a slash, references as "5.0", "?" for values of
 /// which only the presence is known.
+// NOLINTNEXTLINE(misc-no-recursion): objects nest 500 deep at most
 std::string dump(const ParsedObject& object, const Value& value)
 {
     std::string text;

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdio>
 #include <map>
 #include <ostream>
@@ -428,7 +429,7 @@ TEST(PDFDocument, SingleWrongOffsetIsFoundByLookingThroughTheFile)
     const std::size_t entry = text.find(" 00000 n ", text.find("\nxref")) - 10;
     Bytes bytes = pdf.build();
     // The font's entry, the fourth, points into another object.
-    const std::size_t fourth = entry + 3 * 20;
+    const std::size_t fourth = entry + 3 * std::size_t{20};
     for (std::size_t i = 0; i < 10; ++i)
         bytes[fourth + i] = static_cast<std::byte>(i < 8 ? '0' : '2');
     EXPECT_EQ(lines(scanned(bytes)), fooWithProgram);
@@ -474,10 +475,11 @@ Bytes updated(const PDFBytes& pdf, const std::string& objects, const std::string
 TEST(PDFDocument, UpdatedObjectsReplaceTheOriginals)
 {
     const auto pdf = withProgram("", program);
-    char entry[32];
-    std::snprintf(entry, sizeof entry, "%010zu 00000 n \n", pdf.text().size());
-    EXPECT_EQ(namesAndPages(scanned(updated(pdf, "4 0 obj<</BaseFont/Updated>>endobj\n", entry))),
-              "Updated [1]");
+    std::array<char, 32> entry{};
+    std::snprintf(entry.data(), entry.size(), "%010zu 00000 n \n", pdf.text().size());
+    EXPECT_EQ(
+        namesAndPages(scanned(updated(pdf, "4 0 obj<</BaseFont/Updated>>endobj\n", entry.data()))),
+        "Updated [1]");
 }
 
 TEST(PDFDocument, ObjectsThatAnUpdateFreesAreGone)
@@ -497,9 +499,9 @@ TEST(PDFDocument, TableOfAHybridFileHasItsHiddenObjectsInAStream)
         text += std::to_string(number) + " 0 obj\n" + object + "\nendobj\n";
     };
     const auto field = [](std::size_t value, int digits) {
-        char number[32];
-        std::snprintf(number, sizeof number, "%0*zu", digits, value);
-        return std::string(number);
+        std::array<char, 32> number{};
+        std::snprintf(number.data(), number.size(), "%0*zu", digits, value);
+        return std::string(number.data());
     };
     const std::string hidden = "5 0 <</BaseFont/Hidden>>";
     add(1, "<</Type/Catalog/Pages 2 0 R>>");

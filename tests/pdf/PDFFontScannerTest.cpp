@@ -129,7 +129,7 @@ TEST(DocumentAudit, DocumentInMemoryHasItsFileNameForAPath)
     EXPECT_EQ(audit.checkedAt, test::checkTime());
 }
 
-std::optional<FontFacts> unknown(std::string_view)
+std::optional<FontFacts> unknown(std::string_view /*name*/)
 {
     return std::nullopt;
 }

@@ -121,7 +121,7 @@ TEST(PageTree, BranchesSharedAtEveryLevelEnd)
     std::vector<std::string> objects;
     for (int i = 0; i < 60; ++i) {
         const std::string next = std::to_string(3 + i) + " 0 R ";
-        objects.push_back("/Type/Pages/Kids[" + next + next + "]");
+        objects.push_back(std::string("/Type/Pages/Kids[").append(next).append(next).append("]"));
     }
     objects.emplace_back("/Type/Page/N/A");
     EXPECT_EQ(pageNames(tree(objects)), "A A ");
@@ -130,6 +130,7 @@ TEST(PageTree, BranchesSharedAtEveryLevelEnd)
 TEST(PageTree, TreeAsDeepAsItHasNodesIsWalked)
 {
     std::vector<std::string> objects;
+    objects.reserve(100'001);
     for (int i = 0; i < 100'000; ++i)
         objects.push_back("/Kids[" + std::to_string(3 + i) + " 0 R]");
     objects.emplace_back("/Type/Page/N/A");
