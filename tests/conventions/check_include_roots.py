@@ -36,9 +36,9 @@ MISSING = ("No such file or directory", "file not found")  # GCC's words, and Cl
 
 
 def command_for(build, folder):
-    """The command line for one source of core/<folder>, without its source and its output."""
+    """The command line for one source of the library core/<folder>, without source and output."""
     for entry in json.loads((build / "compile_commands.json").read_text(encoding="utf-8")):
-        if Path(entry["file"]).parent.parts[-2:] == ("core", folder):
+        if f"/quillmark_{folder}.dir/" in entry["command"]:
             words = shlex.split(entry["command"])
             kept, skip = [], False
             for word in words:
