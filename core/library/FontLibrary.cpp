@@ -296,6 +296,7 @@ std::vector<FontFacts> scanFile(const FontService& service, const Collator& orde
 {
     std::vector<FontFacts> faces = scannedFaces(service, file.native(), beside);
     std::vector<Record> records;
+    records.reserve(faces.size());
     for (FontFacts& facts : faces)
         records.push_back({&facts, file.native()});
     return arranged(records, order);

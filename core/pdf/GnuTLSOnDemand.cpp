@@ -57,7 +57,7 @@ const GnuTLS& gnutls()
 } // namespace
 
 // A cipher and a hash that could not be made are not used either: only making them can be asked of
-// a GnuTLS that is not there.
+// a GnuTLS that is not there. Parameters have the names of GnuTLS's own declarations.
 extern "C" {
 
 int gnutls_cipher_init(gnutls_cipher_hd_t* handle, gnutls_cipher_algorithm_t cipher,
@@ -67,16 +67,16 @@ int gnutls_cipher_init(gnutls_cipher_hd_t* handle, gnutls_cipher_algorithm_t cip
     return function == nullptr ? GNUTLS_E_UNIMPLEMENTED_FEATURE : function(handle, cipher, key, iv);
 }
 
-int gnutls_cipher_encrypt2(gnutls_cipher_hd_t handle, const void* text, std::size_t textSize,
-                           void* encrypted, std::size_t encryptedSize)
+int gnutls_cipher_encrypt2(gnutls_cipher_hd_t handle, const void* text, std::size_t textlen,
+                           void* ciphertext, std::size_t ciphertextlen)
 {
-    return gnutls().cipherEncrypt(handle, text, textSize, encrypted, encryptedSize);
+    return gnutls().cipherEncrypt(handle, text, textlen, ciphertext, ciphertextlen);
 }
 
-int gnutls_cipher_decrypt2(gnutls_cipher_hd_t handle, const void* encrypted,
-                           std::size_t encryptedSize, void* text, std::size_t textSize)
+int gnutls_cipher_decrypt2(gnutls_cipher_hd_t handle, const void* ciphertext,
+                           std::size_t ciphertextlen, void* text, std::size_t textlen)
 {
-    return gnutls().cipherDecrypt(handle, encrypted, encryptedSize, text, textSize);
+    return gnutls().cipherDecrypt(handle, ciphertext, ciphertextlen, text, textlen);
 }
 
 void gnutls_cipher_deinit(gnutls_cipher_hd_t handle)
@@ -90,15 +90,15 @@ std::size_t gnutls_cipher_get_key_size(gnutls_cipher_algorithm_t algorithm)
     return function == nullptr ? 0 : function(algorithm);
 }
 
-int gnutls_hash_init(gnutls_hash_hd_t* handle, gnutls_digest_algorithm_t algorithm)
+int gnutls_hash_init(gnutls_hash_hd_t* dig, gnutls_digest_algorithm_t algorithm)
 {
     const auto function = gnutls().hashInit;
-    return function == nullptr ? GNUTLS_E_UNIMPLEMENTED_FEATURE : function(handle, algorithm);
+    return function == nullptr ? GNUTLS_E_UNIMPLEMENTED_FEATURE : function(dig, algorithm);
 }
 
-int gnutls_hash(gnutls_hash_hd_t handle, const void* bytes, std::size_t size)
+int gnutls_hash(gnutls_hash_hd_t handle, const void* text, std::size_t textlen)
 {
-    return gnutls().hash(handle, bytes, size);
+    return gnutls().hash(handle, text, textlen);
 }
 
 void gnutls_hash_deinit(gnutls_hash_hd_t handle, void* digest)
@@ -106,10 +106,10 @@ void gnutls_hash_deinit(gnutls_hash_hd_t handle, void* digest)
     gnutls().hashDeinit(handle, digest);
 }
 
-int gnutls_rnd(gnutls_rnd_level_t level, void* data, std::size_t size)
+int gnutls_rnd(gnutls_rnd_level_t level, void* data, std::size_t len)
 {
     const auto function = gnutls().random;
-    return function == nullptr ? GNUTLS_E_UNIMPLEMENTED_FEATURE : function(level, data, size);
+    return function == nullptr ? GNUTLS_E_UNIMPLEMENTED_FEATURE : function(level, data, len);
 }
 
 const char* gnutls_strerror(int error)
