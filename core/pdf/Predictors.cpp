@@ -22,7 +22,7 @@ unsigned value(std::byte byte)
     return std::to_integer<unsigned>(byte);
 }
 
-/// The neighbour that is nearest to left + above - aboveLeft (PNG specification, 9.4).
+/// The neighbour that is nearest to left + above - aboveLeft (PNG, 9.4).
 unsigned paeth(unsigned left, unsigned above, unsigned aboveLeft)
 {
     const int estimate = static_cast<int>(left + above) - static_cast<int>(aboveLeft);
