@@ -6,6 +6,7 @@ import tempfile
 from collections.abc import Callable
 from pathlib import Path
 
+import parts
 from big import Objects, Resources, write
 from documents import package, real_documents
 from figures import heading, print_costs, print_figure, print_ratio
@@ -183,19 +184,13 @@ def main() -> None:
     parser = argparse.ArgumentParser(description=__doc__, prog="bench/check.sh")
     parser.add_argument("--programs", type=Path, required=True, help=argparse.SUPPRESS)
     parser.add_argument("--documents-folder", type=Path, required=True, help=argparse.SUPPRESS)
-    parser.add_argument("--rounds", type=int, default=3, help="turns of each program (default: 3)")
     parser.add_argument("--documents", type=int, help="how many real documents (default: all)")
-    parser.add_argument(
-        "parts", nargs="*", metavar="PART", help=f"what to time: {', '.join(PARTS)} (default: all)"
-    )
-    arguments = parser.parse_args()
-    for part in arguments.parts:
-        if part not in PARTS:
-            parser.error(f'there is no part "{part}"')
+    parts.add_arguments(parser, PARTS, rounds=3)
+    arguments = parts.parse(parser, PARTS)
     sys.stdout.reconfigure(line_buffering=True)  # a part can take minutes
     with tempfile.TemporaryDirectory() as scratch:
         bench = Bench(arguments.documents_folder, arguments.programs, arguments, Path(scratch))
-        for part in arguments.parts or PARTS:
+        for part in arguments.parts:
             PARTS[part](bench)
 
 

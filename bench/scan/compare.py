@@ -5,6 +5,7 @@ import subprocess
 import tempfile
 from pathlib import Path
 
+import parts
 from figures import heading, print_costs, print_figure, print_ratio, ratio
 from fonts import Fonts, files
 from processes import Cost, Program, compare, median, peak_memory, run
@@ -219,19 +220,13 @@ def main() -> None:
     parser = argparse.ArgumentParser(description=__doc__, prog="bench/scan.sh")
     parser.add_argument("--programs", type=Path, required=True, help=argparse.SUPPRESS)
     parser.add_argument("--fonts", type=Path, required=True, help=argparse.SUPPRESS)
-    parser.add_argument("--rounds", type=int, default=7, help="turns of each program (default: 7)")
-    parser.add_argument(
-        "parts", nargs="*", metavar="PART", help=f"what to time: {', '.join(PARTS)} (default: all)"
-    )
-    arguments = parser.parse_args()
-    for part in arguments.parts:
-        if part not in PARTS:
-            parser.error(f'there is no part "{part}"')
+    parts.add_arguments(parser, PARTS, rounds=7)
+    arguments = parts.parse(parser, PARTS)
     with tempfile.TemporaryDirectory() as scratch:
         bench = Bench(
             Fonts(arguments.fonts), arguments.programs, arguments.rounds, Path(scratch)
         )
-        for part in arguments.parts or PARTS:
+        for part in arguments.parts:
             PARTS[part](bench)
 
 
