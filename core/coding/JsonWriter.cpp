@@ -5,70 +5,80 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cassert>
 #include <charconv>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 
 namespace quillmark {
 namespace {
 
 constexpr std::size_t indent = 2;
+/// Deeper levels are not indented further.
+constexpr std::size_t deepest = 64;
+/// Texts that are gathered with others, in bytes; longer ones are appended at once.
+constexpr std::size_t usualText = 1000;
 
-/// Whether a byte begins a character that has to be looked at: a quotation mark, a backslash, or
-/// what may be a controlling character, of which those that are not ASCII begin with one of three
-/// bytes. Without branches, so that compilers make a few instructions of many bytes.
-constexpr bool isSpecial(unsigned char byte)
+char* copied(std::string_view text, char* to)
 {
-    return (byte < 0x20) | (byte == 0x7F) | (byte == '"') | (byte == '\\') | (byte == 0xC2) |
-           (byte == 0xD8) | (byte == 0xE2);
+    std::memcpy(to, text.data(), text.size());
+    return to + text.size();
 }
 
-/// As many bytes as are looked at together.
-constexpr std::size_t blockSize = 32;
-
-bool isPlainBlock(const char* block)
+/// Whether a byte, or which bytes of several, begin a character that has to be looked at: a
+/// quotation mark, a backslash, what may be a controlling character, and all that is not ASCII, of
+/// which a few are controlling.
+template <typename Bytes>
+auto special(Bytes bytes)
 {
-    unsigned char special = 0;
-    for (std::size_t i = 0; i < blockSize; ++i)
-        special |= static_cast<unsigned char>(isSpecial(static_cast<unsigned char>(block[i])));
-    return special == 0;
+    // As a signed number, what is not ASCII is less than a space as well.
+    return (bytes < ' ') | (bytes == '\x7F') | (bytes == '"') | (bytes == '\\');
 }
 
-/// How many bytes at the start of the text can stand as they are.
+/// Bytes that are looked at together, by the processor's instructions for that.
+using Block [[gnu::vector_size(16)]] = signed char;
+
+Block blockAt(const char* bytes)
+{
+    Block block;
+    std::memcpy(&block, bytes, sizeof block);
+    return block;
+}
+
+bool isPlain(Block specialBytes)
+{
+    const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(specialBytes);
+    return (halves[0] | halves[1]) == 0;
+}
+
+/// Whether no byte is special. Without a way out in between: nearly always all have to be seen.
+bool isPlain(std::string_view text)
+{
+    const char* const end = text.data() + text.size();
+    if (text.size() < sizeof(Block)) {
+        Block padded = Block{} + ' ';
+        std::memcpy(&padded, text.data(), text.size());
+        return isPlain(special(padded));
+    }
+    // The last block overlaps the one before.
+    Block found = special(blockAt(end - sizeof(Block)));
+    for (const char* at = text.data(); at < end - sizeof(Block); at += sizeof(Block))
+        found |= special(blockAt(at));
+    return isPlain(found);
+}
+
+/// How many bytes come before the first one that is special.
 std::size_t plainSize(std::string_view text)
 {
     std::size_t size = 0;
-    while (text.size() - size >= blockSize && isPlainBlock(text.data() + size))
-        size += blockSize;
-    // What is left of a long text is the end of one more block, which overlaps the last one.
-    const bool isAtLastBlock = size > 0 && text.size() - size < blockSize;
-    if (isAtLastBlock && isPlainBlock(text.data() + text.size() - blockSize)) return text.size();
-    while (size < text.size() && !isSpecial(static_cast<unsigned char>(text[size])))
+    while (text.size() - size >= sizeof(Block) && isPlain(special(blockAt(text.data() + size))))
+        size += sizeof(Block);
+    while (size < text.size() && !special(static_cast<signed char>(text[size])))
         ++size;
     return size;
-}
-
-/// What is short enough to be put together first: all keys, and most values.
-constexpr std::size_t shortText = 48;
-
-/// Appends a short text in its quotation marks, of which `end` holds the last, if it can stand as
-/// it is. Put together first, it takes the string one step to grow and not three.
-bool appendIfPlain(std::string& output, std::string_view text, std::string_view end)
-{
-    std::array<char, shortText + 8> piece; // NOLINT(*-member-init): no more than is filled is read
-    char* to = piece.data();
-    *to++ = '"';
-    unsigned char special = 0;
-    for (const char character : text) {
-        special |= static_cast<unsigned char>(isSpecial(static_cast<unsigned char>(character)));
-        *to++ = character;
-    }
-    if (special != 0) return false;
-    for (const char character : end)
-        *to++ = character;
-    output.append(piece.data(), static_cast<std::size_t>(to - piece.data()));
-    return true;
 }
 
 /// The letter that stands for a character behind a backslash; zero when it has none.
@@ -94,33 +104,62 @@ constexpr char escapeLetter(char32_t character)
 }
 
 /// `character` must have an escape letter or be below U+10000.
-void appendEscaped(std::string& output, char32_t character)
+std::string escaped(char32_t character)
 {
-    output += '\\';
-    if (const char letter = escapeLetter(character); letter != 0) {
-        output += letter;
-        return;
-    }
+    if (const char letter = escapeLetter(character); letter != 0) return {'\\', letter};
     constexpr std::string_view digits = "0123456789abcdef";
-    output += 'u';
+    std::string text = "\\u";
     for (const unsigned shift : {12U, 8U, 4U, 0U})
-        output += digits[character >> shift & 0xFU];
+        text += digits[character >> shift & 0xFU];
+    return text;
 }
 
 } // namespace
 
-void JsonWriter::key(std::string_view name)
+JsonWriter::JsonWriter(std::string& output, std::size_t depth)
+    : m_output(output), m_outermost(depth)
+{
+    constexpr std::size_t usualLevels = 4; // below the outermost
+    m_levels.reserve(depth + usualLevels);
+    m_levels.assign(depth, Level{.scope = Scope::array, .empty = false});
+}
+
+void JsonWriter::items(std::string_view written)
+{
+    assert(!m_afterKey && !m_levels.empty() && m_levels.back().scope == Scope::array);
+    if (written.empty()) return;
+    if (m_levels.back().empty) written.remove_prefix(1); // the comma
+    m_levels.back().empty = false;
+    put(written);
+}
+
+void JsonWriter::key(JsonKey name)
 {
     assert(!m_afterKey && !m_levels.empty() && m_levels.back().scope == Scope::object);
     startItem();
-    quote(name, "\": ");
+    char* to = room(name.text().size() + 4);
+    *to++ = '"';
+    to = copied(name.text(), to);
+    *to++ = '"';
+    *to++ = ':';
+    *to++ = ' ';
+    gathered(to);
     m_afterKey = true;
 }
 
 void JsonWriter::value(std::string_view text)
 {
     startValue();
-    quote(text, "\"");
+    if (text.size() <= usualText && isPlain(text)) {
+        char* to = room(text.size() + 2);
+        *to++ = '"';
+        to = copied(text, to);
+        *to++ = '"';
+        gathered(to);
+    } else {
+        quote(text);
+    }
+    endValue();
 }
 
 void JsonWriter::value(std::int64_t number)
@@ -133,23 +172,25 @@ void JsonWriter::value(std::int64_t number)
 void JsonWriter::begin(Scope scope, char bracket)
 {
     startValue();
-    m_output += bracket;
+    put(std::string_view(&bracket, 1));
     m_levels.push_back({.scope = scope});
 }
 
 void JsonWriter::end([[maybe_unused]] Scope scope, char bracket)
 {
-    assert(!m_afterKey && !m_levels.empty() && m_levels.back().scope == scope);
+    assert(!m_afterKey && m_levels.size() > m_outermost && m_levels.back().scope == scope);
     const bool empty = m_levels.back().empty;
     m_levels.pop_back();
     if (!empty) newLine();
-    m_output += bracket;
+    put(std::string_view(&bracket, 1));
+    endValue();
 }
 
 void JsonWriter::literal(std::string_view text)
 {
     startValue();
-    m_output += text;
+    put(text);
+    endValue();
 }
 
 /// Before every value: in an object the key has made room for it already.
@@ -164,48 +205,83 @@ void JsonWriter::startValue()
     startItem();
 }
 
+void JsonWriter::endValue()
+{
+    if (m_levels.size() == m_outermost) flush();
+}
+
 void JsonWriter::startItem()
 {
-    // A comma, a line end and the usual indentation, from which is taken what is needed: what
-    // stands between two items is as good as always appended in one piece.
-    constexpr auto separator = [] {
-        std::array<char, 2 + 32 * indent> characters{};
-        characters.fill(' ');
-        characters[0] = ',';
-        characters[1] = '\n';
-        return characters;
-    }();
-    const std::size_t start = m_levels.back().empty ? 1 : 0;
+    char* to = room(1);
+    *to++ = ',';
+    if (!m_levels.back().empty) gathered(to);
     m_levels.back().empty = false;
-    const std::size_t end = 2 + indent * m_levels.size();
-    m_output.append(separator.data() + start, std::min(end, separator.size()) - start);
-    if (end > separator.size()) m_output.append(end - separator.size(), ' ');
+    newLine();
 }
 
 void JsonWriter::newLine()
 {
-    m_output += '\n';
-    m_output.append(indent * m_levels.size(), ' ');
+    // A line end and the usual indentation, which is written in one piece, whatever is needed of
+    // it.
+    constexpr auto lineStart = [] {
+        std::array<char, 32> characters{};
+        characters.fill(' ');
+        characters[0] = '\n';
+        return characters;
+    }();
+    char* const line = room(std::max(lineStart.size(), 1 + deepest * indent));
+    std::memcpy(line, lineStart.data(), lineStart.size());
+    const std::size_t size = 1 + std::min(m_levels.size(), deepest) * indent;
+    if (size > lineStart.size()) std::fill(line + lineStart.size(), line + size, ' ');
+    gathered(line + size);
 }
 
-/// `end` begins with the closing quotation mark.
-void JsonWriter::quote(std::string_view text, std::string_view end)
+void JsonWriter::quote(std::string_view text)
 {
-    if (text.size() <= shortText && appendIfPlain(m_output, text, end)) return;
-    m_output += '"';
-    for (;;) {
-        const std::size_t plain = plainSize(text);
-        m_output.append(text.substr(0, plain));
-        text.remove_prefix(plain);
-        if (text.empty()) break;
-        const Utf8::Character next = Utf8::first(text);
-        if (escapeLetter(next.codePoint) != 0 || isControlling(next.codePoint))
-            appendEscaped(m_output, next.codePoint);
-        else
-            m_output.append(text.substr(0, next.length));
-        text.remove_prefix(next.length);
+    put("\"");
+    std::size_t plain = plainSize(text);
+    while (plain < text.size()) {
+        const Utf8::Character next = Utf8::first(text.substr(plain));
+        if (escapeLetter(next.codePoint) != 0 || isControlling(next.codePoint)) {
+            put(text.substr(0, plain));
+            put(escaped(next.codePoint));
+            text.remove_prefix(plain + next.length);
+            plain = 0;
+        } else {
+            plain += next.length;
+        }
+        plain += plainSize(text.substr(plain));
     }
-    m_output += end;
+    put(text);
+    put("\"");
+}
+
+void JsonWriter::put(std::string_view text)
+{
+    if (text.size() > usualText) {
+        flush();
+        m_output += text;
+    } else {
+        gathered(copied(text, room(text.size())));
+    }
+}
+
+char* JsonWriter::room(std::size_t size)
+{
+    assert(size <= m_gathered.size());
+    if (size > m_gathered.size() - m_gatheredSize) flush();
+    return m_gathered.data() + m_gatheredSize;
+}
+
+void JsonWriter::gathered(const char* end)
+{
+    m_gatheredSize = static_cast<std::size_t>(end - m_gathered.data());
+}
+
+void JsonWriter::flush()
+{
+    m_output.append(m_gathered.data(), m_gatheredSize);
+    m_gatheredSize = 0;
 }
 
 } // namespace quillmark

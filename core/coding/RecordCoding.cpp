@@ -23,7 +23,7 @@ concept RawValued = std::is_enum_v<E> && requires(E value)
     rawValues<E>[0];
 };
 
-void memberIfPresent(JsonWriter& writer, std::string_view name, const auto& content)
+void memberIfPresent(JsonWriter& writer, JsonKey name, const auto& content)
 {
     if (content) writer.member(name, *content);
 }
@@ -37,7 +37,7 @@ void encode(JsonWriter& writer, const OS2Info& os2)
     writer.endObject();
 }
 
-void arrayMember(JsonWriter& writer, std::string_view name, const auto& values)
+void arrayMember(JsonWriter& writer, JsonKey name, const auto& values)
 {
     writer.key(name);
     writer.beginArray();

@@ -2,6 +2,9 @@
 
 #include "text/Utf8.h"
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace quillmark {
@@ -50,6 +53,20 @@ std::string decodeBytes(std::span<const std::byte> bytes, UpperHalf upperHalf)
     return text;
 }
 
+/// Copies big-endian UTF-16 as if it were ASCII, and returns whether it is. With the two halves of
+/// a unit kept apart, the compiler looks at many of them at once.
+bool copiedIfAscii(std::span<const std::byte> bytes, char* to)
+{
+    std::byte highSeen{};
+    std::byte lowSeen{};
+    for (std::size_t i = 0; 2 * i < bytes.size(); ++i) {
+        highSeen |= bytes[2 * i];
+        lowSeen |= bytes[2 * i + 1];
+        to[i] = std::to_integer<char>(bytes[2 * i + 1]);
+    }
+    return highSeen == std::byte{} && lowSeen < std::byte{0x80};
+}
+
 bool isHighSurrogate(char32_t unit)
 {
     return unit >= 0xD800 && unit < 0xDC00;
@@ -82,33 +99,33 @@ std::string repairedUtf8(std::string_view text)
 std::string decodeUtf16BigEndian(std::span<const std::byte> bytes)
 {
     const std::size_t count = bytes.size() / 2;
-    // Nearly all names are ASCII: copy as if, and see afterwards whether that was right. With the
-    // two halves of a unit kept apart, the compiler looks at many of them at once.
+    // Nearly all names are ASCII: copy as if, and see afterwards whether that was right.
     std::string text(count, '\0');
-    char* const characters = text.data(); // known not to change while it is written to
-    std::byte highSeen{};
-    std::byte lowSeen{};
-    for (std::size_t i = 0; i < count; ++i) {
-        highSeen |= bytes[2 * i];
-        lowSeen |= bytes[2 * i + 1];
-        characters[i] = std::to_integer<char>(bytes[2 * i + 1]);
-    }
-    if (highSeen == std::byte{} && lowSeen < std::byte{0x80}) return text;
+    if (copiedIfAscii(bytes.first(2 * count), text.data())) return text;
 
     const auto unit = [bytes](std::size_t i) {
         return std::to_integer<char32_t>(bytes[2 * i]) << 8U |
                std::to_integer<char32_t>(bytes[2 * i + 1]);
     };
+    // Most of the others are ASCII but for a few characters.
+    constexpr std::size_t runSize = 16;
+    std::array<char, runSize> run{};
     text.clear();
-    for (std::size_t i = 0; i < count; ++i) {
-        char32_t codePoint = unit(i);
-        if (isHighSurrogate(codePoint) && i + 1 < count && isLowSurrogate(unit(i + 1))) {
-            codePoint = 0x10000 + ((codePoint - 0xD800) << 10U) + (unit(i + 1) - 0xDC00);
-            ++i;
-        } else if (isHighSurrogate(codePoint) || isLowSurrogate(codePoint)) {
-            codePoint = Utf8::replacementCharacter;
+    for (std::size_t i = 0; i < count;) {
+        if (count - i >= runSize && copiedIfAscii(bytes.subspan(2 * i, 2 * runSize), run.data())) {
+            text.append(run.data(), runSize);
+            i += runSize;
+            continue;
         }
-        Utf8::append(text, codePoint);
+        const std::size_t end = std::min(i + runSize, count);
+        while (i < end) {
+            char32_t codePoint = unit(i++);
+            if (isHighSurrogate(codePoint) && i < count && isLowSurrogate(unit(i)))
+                codePoint = 0x10000 + ((codePoint - 0xD800) << 10U) + (unit(i++) - 0xDC00);
+            else if (isHighSurrogate(codePoint) || isLowSurrogate(codePoint))
+                codePoint = Utf8::replacementCharacter;
+            Utf8::append(text, codePoint);
+        }
     }
     return text;
 }

@@ -107,6 +107,20 @@ TEST(Encoding, ACharacterBeyondAsciiIsFoundWhereverItStandsInALongText)
     }
 }
 
+TEST(Encoding, APairOfSurrogatesIsOneCharacterWhereverItStandsInALongText)
+{
+    for (std::size_t size = 2; size <= 50; ++size) {
+        for (std::size_t place = 0; place + 1 < size; ++place) {
+            std::u16string units(size, u'a');
+            units.replace(place, 2, u"\U0001F600");
+            const std::string expected =
+                std::string(place, 'a') + "\U0001F600" + std::string(size - place - 2, 'a');
+            EXPECT_EQ(decodeUtf16BigEndian(test::utf16(units)), expected)
+                << size << " units, at " << place;
+        }
+    }
+}
+
 TEST(Encoding, OddLastByteOfUtf16IsIgnored)
 {
     EXPECT_EQ(decodeUtf16BigEndian(ascii("\0A\0"sv)), "A");
