@@ -19,8 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Report = std::variant<TextReport, JsonReport>;
-
 Page page(const Options& options, const Environment& environment)
 {
     // A file is written for whoever reads it later, not for this terminal.
@@ -34,13 +32,6 @@ Page page(const Options& options, const Environment& environment)
         return {.colored = false, .columns = columns};
     }
     return {};
-}
-
-Report makeReport(const Options& options, const Environment& environment, Output& output)
-{
-    if (options.format == Format::json) return Report(std::in_place_type<JsonReport>, output);
-    const auto tips = options.quiet ? TextReport::Tips::hidden : TextReport::Tips::shown;
-    return Report(std::in_place_type<TextReport>, output, page(options, environment), tips);
 }
 
 /// An input that the output would replace.
@@ -76,6 +67,48 @@ ExitCode print(const Information& information, const Environment& environment, C
     return output.error() ? outputExitCode(*output.error(), console) : ExitCode::done;
 }
 
+struct Outcome {
+    std::vector<InputError> errors;
+    bool verdictMet{}; // that of --fail-on, or a worse one
+};
+
+/// Runs the command and hands what it finds to the report.
+template <typename Report>
+Outcome fill(Report& report, const Options& options, const Environment& environment,
+             Console& console, const Output& output)
+{
+    using Row = typename Report::Row;
+    Outcome outcome;
+    const auto take = [&](FontList<Row> list) {
+        outcome.verdictMet = outcome.verdictMet ||
+                             (options.failOn && std::ranges::any_of(list.rows, [&](const Row& row) {
+                                  return verdict(row) <= *options.failOn;
+                              }));
+        console.eraseProgress();
+        report.add(std::move(list));
+        return !output.error();
+    };
+    outcome.errors = execute<Row>(options, environment, console, take);
+    console.eraseProgress();
+    return outcome;
+}
+
+Outcome writeReport(const Options& options, const Environment& environment, Console& console,
+                    Output& output)
+{
+    if (options.format == Format::json) {
+        JsonReport report(output);
+        Outcome outcome = fill(report, options, environment, console, output);
+        report.finish(outcome.errors);
+        return outcome;
+    }
+    const auto tips = options.quiet ? TextReport::Tips::hidden : TextReport::Tips::shown;
+    TextReport report(output, page(options, environment), tips);
+    Outcome outcome = fill(report, options, environment, console, output);
+    report.finish();
+    return outcome;
+}
+
 ExitCode runCommand(const Options& options, const Environment& environment, Console& console)
 {
     if (const fs::path* input = overwrittenInput(options))
@@ -83,27 +116,12 @@ ExitCode runCommand(const Options& options, const Environment& environment, Cons
 
     Output output(options.output, environment.output);
     if (output.error()) return outputExitCode(*output.error(), console);
-    Report report = makeReport(options, environment, output);
-    bool verdictMet = false;
-    const auto errors = execute(options, environment, console, [&](FontList list) {
-        verdictMet = verdictMet ||
-                     (options.failOn && std::ranges::any_of(list.rows, [&](const AuditRow& row) {
-                          return row.assessment.verdict <= *options.failOn;
-                      }));
-        console.eraseProgress();
-        std::visit([&](auto& format) { format.add(std::move(list)); }, report);
-        return !output.error();
-    });
-    console.eraseProgress();
-    if (auto* json = std::get_if<JsonReport>(&report))
-        json->finish(errors);
-    else
-        std::get<TextReport>(report).finish();
+    const Outcome outcome = writeReport(options, environment, console, output);
     output.finish();
 
     if (output.error()) return outputExitCode(*output.error(), console);
-    if (!errors.empty()) return ExitCode::unreadableInput;
-    return verdictMet ? ExitCode::verdictMet : ExitCode::done;
+    if (!outcome.errors.empty()) return ExitCode::unreadableInput;
+    return outcome.verdictMet ? ExitCode::verdictMet : ExitCode::done;
 }
 
 ExitCode runParsed(std::span<const std::string> arguments, const Environment& environment)

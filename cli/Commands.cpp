@@ -1,12 +1,12 @@
 #include "cli/Commands.h"
 
 #include "cli/Inputs.h"
+#include "cli/JsonReport.h"
 #include "library/AbsolutePath.h"
 #include "library/FolderWalk.h"
 #include "library/FontIndex.h"
 #include "library/FontLibrary.h"
 #include "library/LicenseFile.h"
-#include "library/Parallel.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -21,11 +21,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// One run of a command.
+/// One run of a command, for a report that wants its fonts as a `Row`.
+template <typename Row>
 class Run {
 public:
     Run(const Options& options, const Environment& environment, Console& console,
-        const TakeList& take)
+        const TakeList<Row>& take)
         : m_options(options), m_environment(environment), m_console(console), m_take(take)
     {
     }
@@ -36,87 +37,97 @@ public:
     std::vector<InputError> takeErrors() { return std::move(m_errors); }
 
 private:
-    std::vector<FontFacts> installedFonts();
-    std::vector<FontFacts> fontsOfFolder(const fs::path& folder);
-    std::optional<FontList> scanned(const fs::path& input);
+    using List = FontList<Row>;
+
+    std::vector<FontLibrary::FontPlace> readInstalledFonts(FontLibrary::FontSink& sink);
+    std::vector<FontLibrary::FontPlace> readFolder(const fs::path& folder,
+                                                   FontLibrary::FontSink& sink);
+    std::optional<List> scanned(const fs::path& input);
     const LicenseFile::Candidates& licensesIn(const fs::path& folder);
     std::vector<fs::path> readableFontFolders();
     FontIndex makeIndex(const std::vector<fs::path>& folders);
-    std::optional<FontList> checked(const fs::path& path, const PDFFontScanner::Lookup& lookup);
+    std::optional<List> checked(const fs::path& path, const PDFFontScanner::Lookup& lookup);
     const Collator& order();
     void report(const fs::path& input, const std::string& reason);
 
     const Options& m_options;
     const Environment& m_environment;
     Console& m_console;
-    const TakeList& m_take;
+    const TakeList<Row>& m_take;
     std::unique_ptr<Collator> m_order;
     std::vector<InputError> m_errors;
     fs::path m_licenseFolder; // the folder that m_licenses are from
     LicenseFile::Candidates m_licenses{{}};
 };
 
-std::vector<AuditRow> judged(std::vector<FontFacts> fonts)
+template <typename Row>
+Row judged(FontFacts&& facts)
 {
-    std::vector<AuditRow> rows(fonts.size());
-    forEachIndex(rows.size(), [&](std::size_t i) { rows[i] = auditRow(std::move(fonts[i])); });
-    return rows;
-}
-
-void append(std::vector<FontFacts>& fonts, std::vector<FontFacts> more)
-{
-    std::ranges::move(more, std::back_inserter(fonts));
+    return Row(auditRow(std::move(facts)));
 }
 
 /// Made when it is first needed: a check of documents that do not open sorts nothing.
-const Collator& Run::order()
+template <typename Row>
+const Collator& Run<Row>::order()
 {
     if (!m_order) m_order = std::make_unique<Collator>(m_environment.locale);
     return *m_order;
 }
 
-void Run::report(const fs::path& input, const std::string& reason)
+template <typename Row>
+void Run<Row>::report(const fs::path& input, const std::string& reason)
 {
     m_console.message(input.native() + ": " + reason);
     m_errors.push_back({shownPath(absolutePath(input)), reason});
 }
 
-std::vector<FontFacts> Run::installedFonts()
+/// Reads the installed fonts into `sink`.
+template <typename Row>
+std::vector<FontLibrary::FontPlace> Run<Row>::readInstalledFonts(FontLibrary::FontSink& sink)
 {
     const std::string activity = "Reading every installed font…";
     m_console.showProgress(activity);
-    return FontLibrary::installedFonts(
-        m_environment.fonts, order(), [&](std::size_t done, std::size_t total) {
+    FontLibrary::Progress progress;
+    if (m_console.showsProgress())
+        progress = [&](std::size_t done, std::size_t total) {
             m_console.showProgress(activity + ' ' + std::to_string(done) + " of " +
                                    std::to_string(total));
-        });
+        };
+    return FontLibrary::readInstalledFonts(m_environment.fonts, order(), sink, progress);
 }
 
-std::vector<FontFacts> Run::fontsOfFolder(const fs::path& folder)
+/// Reads the fonts of a folder into `sink`.
+template <typename Row>
+std::vector<FontLibrary::FontPlace> Run<Row>::readFolder(const fs::path& folder,
+                                                         FontLibrary::FontSink& sink)
 {
     m_console.showProgress("Scanning " + shownName(folder) + "…");
-    return FontLibrary::scanFolder(m_environment.fonts, order(), folder);
+    return FontLibrary::readFolder(m_environment.fonts, order(), folder, sink);
 }
 
-void Run::installed()
+template <typename Row>
+void Run<Row>::installed()
 {
-    FontList list;
-    list.kind = FontList::Kind::installed;
-    list.title = "Installed fonts";
-    list.subtitle = "Every font installed on this computer";
-    list.rows = judged(installedFonts());
+    List list;
+    list.source.kind = ListSource::Kind::installed;
+    list.source.title = "Installed fonts";
+    list.source.subtitle = "Every font installed on this computer";
+    FontLibrary::MadeOfFonts rows(judged<Row>);
+    list.rows = rows.itemsAt(readInstalledFonts(rows));
     m_take(std::move(list));
 }
 
-void Run::scan()
+template <typename Row>
+void Run<Row>::scan()
 {
     for (const fs::path& input : m_options.inputs) {
-        std::optional<FontList> list = scanned(input);
+        std::optional<List> list = scanned(input);
         if (list && !m_take(*std::move(list))) return;
     }
 }
 
-std::optional<FontList> Run::scanned(const fs::path& input)
+template <typename Row>
+std::optional<FontList<Row>> Run<Row>::scanned(const fs::path& input)
 {
     const auto inspected = inspect(input);
     if (const auto* failure = std::get_if<ReadFailure>(&inspected)) {
@@ -124,18 +135,20 @@ std::optional<FontList> Run::scanned(const fs::path& input)
         return std::nullopt;
     }
     const fs::path path = absolutePath(input);
-    FontList list;
-    list.title = shownName(path);
-    list.subtitle = shownPath(path);
-    list.path = list.subtitle;
+    List list;
+    list.source.title = shownName(path);
+    list.source.subtitle = shownPath(path);
+    list.source.path = list.source.subtitle;
     if (std::get<InputKind>(inspected) == InputKind::folder) {
-        list.kind = FontList::Kind::folder;
-        list.rows = judged(fontsOfFolder(path));
+        list.source.kind = ListSource::Kind::folder;
+        FontLibrary::MadeOfFonts rows(judged<Row>);
+        list.rows = rows.itemsAt(readFolder(path, rows));
         return list;
     }
-    list.kind = FontList::Kind::file;
-    list.rows = judged(
-        FontLibrary::scanFile(m_environment.fonts, order(), path, licensesIn(path.parent_path())));
+    list.source.kind = ListSource::Kind::file;
+    for (FontFacts& facts :
+         FontLibrary::scanFile(m_environment.fonts, order(), path, licensesIn(path.parent_path())))
+        list.rows.push_back(judged<Row>(std::move(facts)));
     if (list.rows.empty()) {
         report(input, "Holds no font that can be read");
         return std::nullopt;
@@ -144,7 +157,8 @@ std::optional<FontList> Run::scanned(const fs::path& input)
 }
 
 /// Kept for the next file: thousands of files can be named that lie in one folder.
-const LicenseFile::Candidates& Run::licensesIn(const fs::path& folder)
+template <typename Row>
+const LicenseFile::Candidates& Run<Row>::licensesIn(const fs::path& folder)
 {
     if (folder != m_licenseFolder) {
         m_licenses = LicenseFile::Candidates(licenseCandidates(folder));
@@ -153,7 +167,8 @@ const LicenseFile::Candidates& Run::licensesIn(const fs::path& folder)
     return m_licenses;
 }
 
-void Run::check()
+template <typename Row>
+void Run<Row>::check()
 {
     const std::vector<fs::path> folders = readableFontFolders();
     std::string activity;
@@ -172,12 +187,13 @@ void Run::check()
         activity = "Checking " + shownName(path) + "…";
         if (count > 1) activity += ' ' + std::to_string(i + 1) + " of " + std::to_string(count);
         m_console.showProgress(activity);
-        std::optional<FontList> list = checked(path, lookup);
+        std::optional<List> list = checked(path, lookup);
         if (list && !m_take(*std::move(list))) return;
     }
 }
 
-std::vector<fs::path> Run::readableFontFolders()
+template <typename Row>
+std::vector<fs::path> Run<Row>::readableFontFolders()
 {
     std::vector<fs::path> folders;
     for (const fs::path& folder : m_options.fontFolders) {
@@ -192,17 +208,25 @@ std::vector<fs::path> Run::readableFontFolders()
     return folders;
 }
 
-FontIndex Run::makeIndex(const std::vector<fs::path>& folders)
+template <typename Row>
+FontIndex Run<Row>::makeIndex(const std::vector<fs::path>& folders)
 {
     std::vector<FontFacts> fonts;
-    if (m_options.matchInstalled) fonts = installedFonts();
+    const auto read = [&fonts](auto reading) {
+        FontLibrary::MadeOfFonts facts(FontLibrary::asTheyAre);
+        std::ranges::move(facts.itemsAt(reading(facts)), std::back_inserter(fonts));
+    };
+    if (m_options.matchInstalled)
+        read([this](FontLibrary::FontSink& sink) { return readInstalledFonts(sink); });
     for (const fs::path& folder : folders)
-        append(fonts, fontsOfFolder(folder));
+        read([&](FontLibrary::FontSink& sink) { return readFolder(folder, sink); });
     const auto instances = FontLibrary::namedInstances(m_environment.fonts, fonts);
     return {fonts, m_options.matchInstalled, instances};
 }
 
-std::optional<FontList> Run::checked(const fs::path& path, const PDFFontScanner::Lookup& lookup)
+template <typename Row>
+std::optional<FontList<Row>> Run<Row>::checked(const fs::path& path,
+                                               const PDFFontScanner::Lookup& lookup)
 {
     auto result = PDFFontScanner::audit(path, lookup, m_environment.clock);
     if (const auto* error = std::get_if<PDFCheckError>(&result)) {
@@ -211,23 +235,27 @@ std::optional<FontList> Run::checked(const fs::path& path, const PDFFontScanner:
         return std::nullopt;
     }
     auto& audit = std::get<DocumentAudit>(result);
-    FontList list;
-    list.kind = FontList::Kind::document;
-    list.title = audit.fileName;
-    list.subtitle =
+    List list;
+    list.source.kind = ListSource::Kind::document;
+    list.source.title = audit.fileName;
+    list.source.subtitle =
         "Fonts in " + audit.fileName + " (" + std::to_string(audit.pageCount) + " pages)";
-    list.path = std::move(audit.path);
-    list.document = FontList::Document{std::move(audit.fileName), audit.pageCount, audit.checkedAt};
-    list.rows = std::move(audit.rows);
+    list.source.path = std::move(audit.path);
+    list.source.document =
+        ListSource::Document{std::move(audit.fileName), audit.pageCount, audit.checkedAt};
+    list.rows.reserve(audit.rows.size());
+    for (AuditRow& row : audit.rows)
+        list.rows.emplace_back(std::move(row));
     return list;
 }
 
 } // namespace
 
+template <typename Row>
 std::vector<InputError> execute(const Options& options, const Environment& environment,
-                                Console& console, const TakeList& take)
+                                Console& console, const TakeList<Row>& take)
 {
-    Run run(options, environment, console, take);
+    Run<Row> run(options, environment, console, take);
     switch (options.command) {
     case Command::installed:
         run.installed();
@@ -241,5 +269,10 @@ std::vector<InputError> execute(const Options& options, const Environment& envir
     }
     return run.takeErrors();
 }
+
+template std::vector<InputError> execute<AuditRow>(const Options&, const Environment&, Console&,
+                                                   const TakeList<AuditRow>&);
+template std::vector<InputError> execute<JsonRow>(const Options&, const Environment&, Console&,
+                                                  const TakeList<JsonRow>&);
 
 } // namespace quillmark::cli

@@ -12,12 +12,15 @@
 namespace quillmark::cli {
 
 /// Takes a finished list; false when no further ones are wanted.
-using TakeList = std::function<bool(FontList)>;
+template <typename Row>
+using TakeList = std::function<bool(FontList<Row>)>;
 
 /// Runs the command that `options` names. One list per input, in the order given; an input that
-/// cannot be read gives a message on the console and one of the returned errors instead.
+/// cannot be read gives a message on the console and one of the returned errors instead. `Row` is
+/// that of a report: AuditRow or JsonRow.
+template <typename Row>
 [[nodiscard]] std::vector<InputError> execute(const Options& options,
                                               const Environment& environment, Console& console,
-                                              const TakeList& take);
+                                              const TakeList<Row>& take);
 
 } // namespace quillmark::cli

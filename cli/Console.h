@@ -27,6 +27,7 @@ public:
     /// Shows what is being done, in place of what stood there, cut to the terminal's width.
     void showProgress(std::string_view text);
     void eraseProgress();
+    [[nodiscard]] bool showsProgress() const { return m_showsProgress; }
 
 private:
     Stream m_stream;

@@ -10,7 +10,8 @@
 
 namespace quillmark::cli {
 
-struct FontList {
+/// What a list is of.
+struct ListSource {
     enum class Kind {
         installed,
         folder,
@@ -30,7 +31,27 @@ struct FontList {
     std::string subtitle;
     std::optional<std::string> path; // absolute; absent for the installed fonts
     std::optional<Document> document;
-    std::vector<AuditRow> rows; // the library's order; for a document the audit's
+};
+
+[[nodiscard]] inline Verdict verdict(const AuditRow& row)
+{
+    return row.assessment.verdict;
+}
+
+/// A list whose rows are what a report needs of them: made from an AuditRow, and with a function
+/// `verdict` that tells a row's verdict.
+template <typename Row>
+struct FontList {
+    ListSource source;
+    std::vector<Row> rows; // the library's order; for a document the audit's
+
+    [[nodiscard]] AuditSummary summary() const
+    {
+        AuditSummary summary;
+        for (const Row& row : rows)
+            summary.add(verdict(row));
+        return summary;
+    }
 };
 
 /// Something that was asked for and could not be read.

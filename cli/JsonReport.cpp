@@ -4,18 +4,24 @@
 #include "cli/Help.h"
 #include "coding/RecordCoding.h"
 
+#include <cassert>
+#include <cstddef>
+
 namespace quillmark::cli {
 namespace {
 
-std::string_view rawKind(FontList::Kind kind)
+/// Rows lie in an array, in a list, in the array of lists, in the report.
+constexpr std::size_t rowDepth = 4;
+
+std::string_view rawKind(ListSource::Kind kind)
 {
     switch (kind) {
-    case FontList::Kind::installed:
+    case ListSource::Kind::installed:
         return "installed";
-    case FontList::Kind::folder:
-    case FontList::Kind::file: // a list of scanned fonts like a folder's, whose path is a file's
+    case ListSource::Kind::folder:
+    case ListSource::Kind::file: // a list of scanned fonts like a folder's, whose path is a file's
         return "folder";
-    case FontList::Kind::document:
+    case ListSource::Kind::document:
         return "document";
     }
     return {};
@@ -48,6 +54,12 @@ void write(JsonWriter& writer, const AuditRow& row)
 
 } // namespace
 
+JsonRow::JsonRow(const AuditRow& row) : verdict(row.assessment.verdict)
+{
+    JsonWriter writer = JsonWriter::ofItems(text, rowDepth);
+    write(writer, row);
+}
+
 JsonReport::JsonReport(Output& output) : m_output(output), m_writer(output.buffer())
 {
     m_writer.beginObject();
@@ -56,24 +68,26 @@ JsonReport::JsonReport(Output& output) : m_output(output), m_writer(output.buffe
     m_writer.beginArray();
 }
 
-void JsonReport::add(const FontList& list)
+void JsonReport::add(const FontList<JsonRow>& list)
 {
+    const ListSource& source = list.source;
     m_writer.beginObject();
-    m_writer.member("kind", rawKind(list.kind));
-    m_writer.member("title", list.title);
-    m_writer.member("subtitle", list.subtitle);
-    if (list.path) m_writer.member("path", *list.path);
-    if (list.document) {
-        m_writer.member("fileName", list.document->fileName);
-        m_writer.member("pageCount", list.document->pageCount);
-        m_writer.member("checkedAt", encodeDate(list.document->checkedAt));
+    m_writer.member("kind", rawKind(source.kind));
+    m_writer.member("title", source.title);
+    m_writer.member("subtitle", source.subtitle);
+    if (source.path) m_writer.member("path", *source.path);
+    if (source.document) {
+        m_writer.member("fileName", source.document->fileName);
+        m_writer.member("pageCount", source.document->pageCount);
+        m_writer.member("checkedAt", encodeDate(source.document->checkedAt));
     }
     m_writer.key("summary");
-    write(m_writer, AuditSummary::of(list.rows));
+    write(m_writer, list.summary());
     m_writer.key("rows");
     m_writer.beginArray();
-    for (const AuditRow& row : list.rows) {
-        write(m_writer, row);
+    assert(m_writer.depth() == rowDepth);
+    for (const JsonRow& row : list.rows) {
+        m_writer.items(row.text);
         m_output.drain();
     }
     m_writer.endArray();

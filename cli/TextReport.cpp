@@ -34,7 +34,7 @@ void addTo(AuditSummary& total, const AuditSummary& summary)
     total.unknown += summary.unknown;
 }
 
-void append(std::vector<const AuditRow*>& rows, const FontList& list)
+void append(std::vector<const AuditRow*>& rows, const TextReport::List& list)
 {
     for (const AuditRow& row : list.rows)
         rows.push_back(&row);
@@ -42,18 +42,18 @@ void append(std::vector<const AuditRow*>& rows, const FontList& list)
 
 } // namespace
 
-void TextReport::add(FontList list)
+void TextReport::add(List list)
 {
-    if (list.kind == FontList::Kind::file) {
+    if (list.source.kind == ListSource::Kind::file) {
         m_files.push_back(std::move(list));
         return;
     }
     writeFiles();
-    if (list.kind == FontList::Kind::document)
+    if (list.source.kind == ListSource::Kind::document)
         writeDocument(list);
     else
         writeTable(list);
-    writeSummary(AuditSummary::of(list.rows));
+    writeSummary(list.summary());
 }
 
 void TextReport::writeHeading(std::string_view title, std::string_view subtitle)
@@ -64,9 +64,10 @@ void TextReport::writeHeading(std::string_view title, std::string_view subtitle)
     m_lines.emptyLine();
 }
 
-void TextReport::writeDocument(const FontList& list)
+void TextReport::writeDocument(const List& list)
 {
-    writeHeading(list.title, *list.path + " · " + pageCount(list.document->pageCount));
+    writeHeading(list.source.title,
+                 *list.source.path + " · " + pageCount(list.source.document->pageCount));
     if (list.rows.empty())
         m_lines.paragraph("No fonts in this PDF. It may be all images, or its text was turned into "
                           "outlines.",
@@ -83,15 +84,15 @@ void TextReport::writeDocument(const FontList& list)
     }
 }
 
-void TextReport::writeTable(const FontList& list)
+void TextReport::writeTable(const List& list)
 {
-    writeHeading(list.title, list.subtitle);
+    writeHeading(list.source.title, list.source.subtitle);
     std::vector<const AuditRow*> rows;
     append(rows, list);
     if (!rows.empty())
-        writeFontTable(m_lines, rows, list.path.value_or(std::string()));
-    else if (list.kind == FontList::Kind::folder)
-        m_lines.paragraph("No font files were found in " + list.title + ".", 0);
+        writeFontTable(m_lines, rows, list.source.path.value_or(std::string()));
+    else if (list.source.kind == ListSource::Kind::folder)
+        m_lines.paragraph("No font files were found in " + list.source.title + ".", 0);
     else
         m_lines.paragraph("No fonts found.", 0);
     m_lines.emptyLine();
@@ -99,13 +100,13 @@ void TextReport::writeTable(const FontList& list)
 
 void TextReport::writeFiles()
 {
-    const std::vector<FontList> files = std::exchange(m_files, {});
+    const std::vector<List> files = std::exchange(m_files, {});
     if (files.empty()) return;
     std::vector<const AuditRow*> rows;
-    for (const FontList& list : files)
+    for (const List& list : files)
         append(rows, list);
     if (files.size() == 1) {
-        writeHeading(files.front().title, files.front().subtitle);
+        writeHeading(files.front().source.title, files.front().source.subtitle);
         std::ranges::stable_sort(rows, {},
                                  [](const AuditRow* row) { return row->assessment.verdict; });
         for (const AuditRow* row : rows) {
@@ -118,8 +119,8 @@ void TextReport::writeFiles()
     }
     m_lines.emptyLine();
     AuditSummary summary;
-    for (const FontList& list : files)
-        addTo(summary, AuditSummary::of(list.rows));
+    for (const List& list : files)
+        addTo(summary, list.summary());
     writeSummary(summary);
 }
 

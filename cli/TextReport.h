@@ -13,23 +13,25 @@ namespace quillmark::cli {
 /// the only one, with all that is known of them.
 class TextReport {
 public:
+    using Row = AuditRow;
+    using List = FontList<Row>;
     enum class Tips { hidden, shown };
 
     TextReport(Output& output, const Page& page, Tips tips) : m_lines(output, page), m_tips(tips) {}
 
-    void add(FontList list);
+    void add(List list);
     void finish();
 
 private:
     void writeHeading(std::string_view title, std::string_view subtitle);
-    void writeDocument(const FontList& list);
-    void writeTable(const FontList& list);
+    void writeDocument(const List& list);
+    void writeTable(const List& list);
     void writeFiles();
     void writeSummary(const AuditSummary& summary);
 
     TextLines m_lines;
     Tips m_tips;
-    std::vector<FontList> m_files; // font files that came one after the other, not yet written
+    std::vector<List> m_files; // font files that came one after the other, not yet written
     AuditSummary m_total;
     int m_summaryCount{};
     bool m_started{}; // something was written

@@ -79,7 +79,8 @@ int main(int argumentCount, char** arguments)
     quillmark::cli::Interruption::install();
     // Such a terminal knows neither colours nor how to erase the progress line.
     const bool isDumb = variable("TERM").empty() || variable("TERM") == "dumb";
-    const quillmark::SystemFontService fonts;
+    // Never freed: the process ends right behind it, and thousands of fonts take their time.
+    static const quillmark::FontService& fonts = *new quillmark::SystemFontService;
     const quillmark::cli::Environment environment{
         .fonts = fonts,
         .output = stream(STDOUT_FILENO),

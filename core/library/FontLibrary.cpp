@@ -82,38 +82,12 @@ FontFacts factsFromNames(NameStrings names, const PlatformFont& font, FontOrigin
     return facts;
 }
 
-/// A record and the file it is from. Two files can differ although their paths look alike: what is
-/// not UTF-8 in a path is shown as U+FFFD.
-struct Record {
-    FontFacts* facts{};
-    std::string_view file; // the path's bytes; empty without a file
+/// What the place of a font in a list depends on.
+struct ListedFont {
+    std::string family;
+    std::string style;
+    FontLibrary::FontPlace place;
 };
-
-/// Those that are not from the same file and of the same PostScript name as an earlier one.
-std::vector<Record> withoutDuplicates(std::span<const Record> records)
-{
-    struct Hash {
-        std::size_t operator()(const Record& record) const
-        {
-            const std::hash<std::string_view> hash;
-            return hash(record.file) * 31 + hash(record.facts->postScriptName);
-        }
-    };
-    struct Same {
-        bool operator()(const Record& left, const Record& right) const
-        {
-            return left.facts->postScriptName == right.facts->postScriptName &&
-                   left.file == right.file;
-        }
-    };
-    std::unordered_set<Record, Hash, Same> seen;
-    seen.reserve(records.size());
-    std::vector<Record> kept;
-    kept.reserve(records.size());
-    for (const Record& record : records)
-        if (seen.insert(record).second) kept.push_back(record);
-    return kept;
-}
 
 /// Sort keys, made once for each text: most fonts share their family or style with others.
 class SortKeys {
@@ -132,31 +106,54 @@ private:
     std::unordered_map<std::string_view, std::string> m_keys;
 };
 
-/// What the records point at, without duplicates and in order. The records' facts are moved from:
-/// whole facts are large, so they are moved once and not while sorting.
-std::vector<FontFacts> arranged(std::span<const Record> records, const Collator& order)
+/// The fonts' places by family and style.
+std::vector<FontLibrary::FontPlace> sorted(std::span<const std::vector<ListedFont>> groups,
+                                           const Collator& order)
 {
     struct Keyed {
         const std::string* family{};
         const std::string* style{};
-        FontFacts* facts{};
+        FontLibrary::FontPlace place;
     };
     SortKeys keys(order);
     std::vector<Keyed> fonts;
-    fonts.reserve(records.size());
-    for (const Record& record : withoutDuplicates(records))
-        fonts.push_back(
-            {&keys.of(record.facts->family), &keys.of(record.facts->style), record.facts});
+    fonts.reserve(groups.size());
+    for (const auto& group : groups)
+        for (const ListedFont& font : group)
+            fonts.push_back({&keys.of(font.family), &keys.of(font.style), font.place});
     std::ranges::stable_sort(fonts, [](const Keyed& left, const Keyed& right) {
         const int families = left.family->compare(*right.family);
         return families != 0 ? families < 0 : *left.style < *right.style;
     });
 
-    std::vector<FontFacts> result;
-    result.reserve(fonts.size());
-    for (const Keyed& next : fonts)
-        result.push_back(std::move(*next.facts));
-    return result;
+    std::vector<FontLibrary::FontPlace> places;
+    places.reserve(fonts.size());
+    for (const Keyed& font : fonts)
+        places.push_back(font.place);
+    return places;
+}
+
+/// Leaves out those with the PostScript name of an earlier one.
+void removeDuplicates(std::vector<FontFacts>& faces)
+{
+    if (faces.size() < 2) return;
+    std::unordered_set<std::string> seen;
+    std::erase_if(
+        faces, [&seen](const FontFacts& face) { return !seen.insert(face.postScriptName).second; });
+}
+
+/// Hands the faces of one file on, and returns what their places in the list depend on.
+std::vector<ListedFont> handOn(std::vector<FontFacts> faces, std::size_t group,
+                               FontLibrary::FontSink& sink)
+{
+    removeDuplicates(faces);
+    std::vector<ListedFont> listed;
+    listed.reserve(faces.size());
+    for (FontFacts& face : faces) {
+        listed.push_back({face.family, face.style, {group, listed.size()}});
+        sink.take(group, std::move(face));
+    }
+    return listed;
 }
 
 /// The named instances of one file's variable fonts, by the fonts' PostScript names.
@@ -245,31 +242,37 @@ std::vector<FontFacts> readFile(const FontService& service, const std::string& f
     return records;
 }
 
-std::vector<FontFacts> installedFonts(const FontService& service, const Collator& order,
-                                      const Progress& progress)
+std::vector<FontPlace> readInstalledFonts(const FontService& service, const Collator& order,
+                                          FontSink& sink, const Progress& progress)
 {
     const std::vector<std::string> names = service.installedNames();
-    std::vector<FontFacts> fonts;
-    std::vector<std::string> files; // of the fonts, as bytes
-    fonts.reserve(names.size());
-    files.reserve(names.size());
-    for (std::size_t i = 0; i < names.size(); ++i) {
+    std::vector<std::vector<ListedFont>> listed(names.size());
+    sink.begin(names.size());
+    const auto readFont = [&](std::size_t i) {
         auto font = service.installedFont(names[i]);
-        if (!font || font->postScriptName != names[i]) continue;
-        files.push_back(font->path.value_or(""));
-        fonts.push_back(facts(*std::move(font), FontOrigin::installed));
-        if (progress && i % 100 == 0) progress(i, names.size());
+        if (!font || font->postScriptName != names[i]) return;
+        listed[i] = handOn({facts(*std::move(font), FontOrigin::installed)}, i, sink);
+    };
+    constexpr std::size_t step = 100; // fonts between two calls of `progress`
+    for (std::size_t done = 0; done < names.size();) {
+        const std::size_t next = progress ? done + (done == 0 ? 1 : step) : names.size();
+        const std::size_t end = std::min(next, names.size());
+        forEachIndex(end - done, [&](std::size_t i) { readFont(done + i); });
+        done = end;
+        if (progress && (done - 1) % step == 0 && !listed[done - 1].empty())
+            progress(done - 1, names.size());
     }
     if (progress) progress(names.size(), names.size());
 
-    std::vector<Record> records;
-    for (std::size_t i = 0; i < fonts.size(); ++i)
-        records.push_back({&fonts[i], files[i]});
-    return arranged(records, order);
+    // The service answers to a name always with the same font of the same file.
+    std::unordered_set<std::string_view> seen;
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (!seen.insert(names[i]).second) listed[i].clear();
+    return sorted(listed, order);
 }
 
-std::vector<FontFacts> scanFolder(const FontService& service, const Collator& order,
-                                  const std::filesystem::path& folder)
+std::vector<FontPlace> readFolder(const FontService& service, const Collator& order,
+                                  const std::filesystem::path& folder, FontSink& sink)
 {
     const FolderContents contents = walkFolder(folder);
     std::vector<LicenseFile::Candidates> candidates;
@@ -277,29 +280,38 @@ std::vector<FontFacts> scanFolder(const FontService& service, const Collator& or
     for (const auto& files : contents.licenseCandidates)
         candidates.emplace_back(files);
 
-    std::vector<std::vector<FontFacts>> read(contents.fonts.size());
+    std::vector<std::vector<ListedFont>> listed(contents.fonts.size());
+    sink.begin(contents.fonts.size());
     forEachIndex(contents.fonts.size(), [&](std::size_t i) {
         const auto& [path, parent] = contents.fonts[i];
-        read[i] = scannedFaces(service, path, candidates[parent]);
+        listed[i] = handOn(scannedFaces(service, path, candidates[parent]), i, sink);
     });
+    return sorted(listed, order);
+}
 
-    std::vector<Record> records;
-    for (std::size_t i = 0; i < read.size(); ++i)
-        for (FontFacts& facts : read[i])
-            records.push_back({&facts, contents.fonts[i].path});
-    return arranged(records, order);
+std::vector<FontFacts> installedFonts(const FontService& service, const Collator& order,
+                                      const Progress& progress)
+{
+    MadeOfFonts fonts(asTheyAre);
+    return fonts.itemsAt(readInstalledFonts(service, order, fonts, progress));
+}
+
+std::vector<FontFacts> scanFolder(const FontService& service, const Collator& order,
+                                  const std::filesystem::path& folder)
+{
+    MadeOfFonts fonts(asTheyAre);
+    return fonts.itemsAt(readFolder(service, order, folder, fonts));
 }
 
 std::vector<FontFacts> scanFile(const FontService& service, const Collator& order,
                                 const std::filesystem::path& file,
                                 const LicenseFile::Candidates& beside)
 {
-    std::vector<FontFacts> faces = scannedFaces(service, file.native(), beside);
-    std::vector<Record> records;
-    records.reserve(faces.size());
-    for (FontFacts& facts : faces)
-        records.push_back({&facts, file.native()});
-    return arranged(records, order);
+    MadeOfFonts fonts(asTheyAre);
+    fonts.begin(1);
+    const std::vector<std::vector<ListedFont>> listed{
+        handOn(scannedFaces(service, file.native(), beside), 0, fonts)};
+    return fonts.itemsAt(sorted(listed, order));
 }
 
 std::optional<FontFacts> installedFont(const FontService& service, std::string_view postScriptName)

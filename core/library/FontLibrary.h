@@ -13,11 +13,74 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace quillmark::FontLibrary {
 
 using Progress = std::function<void(std::size_t done, std::size_t total)>;
+
+/// Takes the fonts of a list while they are read.
+class FontSink {
+public:
+    virtual ~FontSink() = default;
+    /// Comes before the first font: how many groups there are, numbered from 0.
+    virtual void begin(std::size_t groups) = 0;
+    /// A font, on the thread that has just read it. Groups come on several threads at once, the
+    /// fonts of one group on one thread and in order.
+    virtual void take(std::size_t group, FontFacts&& facts) = 0;
+};
+
+/// Where a sink was given a font: the group, and how many fonts the group had before.
+struct FontPlace {
+    std::size_t group{};
+    std::size_t index{};
+};
+
+/// Reads the installed fonts and returns the places of those that belong in the list, in its order;
+/// see installedFonts.
+[[nodiscard]] std::vector<FontPlace> readInstalledFonts(const FontService& service,
+                                                        const Collator& order, FontSink& sink,
+                                                        const Progress& progress = {});
+
+/// Reads the fonts of a folder and returns the places of those that belong in the list, in its
+/// order; see scanFolder.
+[[nodiscard]] std::vector<FontPlace> readFolder(const FontService& service, const Collator& order,
+                                                const std::filesystem::path& folder,
+                                                FontSink& sink);
+
+/// Keeps what a function makes of each font, so that thousands of fonts need not stand in memory
+/// with all that they say. The function must be callable from several threads at once.
+template <typename Make>
+class MadeOfFonts final : public FontSink {
+public:
+    using Item = std::decay_t<std::invoke_result_t<const Make&, FontFacts>>;
+
+    explicit MadeOfFonts(const Make& make) : m_make(make) {}
+
+    void begin(std::size_t groups) override { m_items.resize(groups); }
+    void take(std::size_t group, FontFacts&& facts) override
+    {
+        m_items[group].push_back(m_make(std::move(facts)));
+    }
+    /// What was made of the fonts in these places, each of which is named once.
+    [[nodiscard]] std::vector<Item> itemsAt(std::span<const FontPlace> places)
+    {
+        std::vector<Item> items;
+        items.reserve(places.size());
+        for (const FontPlace& place : places)
+            items.push_back(std::move(m_items[place.group][place.index]));
+        return items;
+    }
+
+private:
+    const Make& m_make;
+    std::vector<std::vector<Item>> m_items;
+};
+
+/// Keeps the fonts themselves.
+inline constexpr std::identity asTheyAre;
 
 /// Every installed font, without duplicates, sorted by family and style in `order`. `progress`, if
 /// given, is called from this thread at every hundredth font and at the end.

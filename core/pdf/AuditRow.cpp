@@ -30,20 +30,24 @@ AuditRow auditRow(FontFacts facts)
 AuditSummary AuditSummary::of(std::span<const AuditRow> rows)
 {
     AuditSummary summary;
-    for (const auto& row : rows) {
-        switch (row.assessment.verdict) {
-        case Verdict::restricted:
-            ++summary.restricted;
-            break;
-        case Verdict::unknown:
-            ++summary.unknown;
-            break;
-        case Verdict::likelyOK:
-            ++summary.likelyOK;
-            break;
-        }
-    }
+    for (const auto& row : rows)
+        summary.add(row.assessment.verdict);
     return summary;
+}
+
+void AuditSummary::add(Verdict verdict)
+{
+    switch (verdict) {
+    case Verdict::restricted:
+        ++restricted;
+        break;
+    case Verdict::unknown:
+        ++unknown;
+        break;
+    case Verdict::likelyOK:
+        ++likelyOK;
+        break;
+    }
 }
 
 std::string AuditSummary::text() const

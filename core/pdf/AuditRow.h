@@ -33,6 +33,8 @@ struct AuditSummary {
     int unknown{};
 
     [[nodiscard]] static AuditSummary of(std::span<const AuditRow> rows);
+    /// Counts one more font with this verdict.
+    void add(Verdict verdict);
     /// One line, such as "7 fonts: 4 likely OK, 1 restricted, 2 unknown".
     [[nodiscard]] std::string text() const;
     bool operator==(const AuditSummary&) const = default;
