@@ -1,6 +1,7 @@
 """Times quillmark-cli against its peers and prints ratios beside their targets. Run by ../scan.sh."""
 
 import argparse
+import os
 import subprocess
 import tempfile
 from pathlib import Path
@@ -34,6 +35,13 @@ class Bench:
         command = [self._cli, "scan", "--format", "json", "-o", str(output), str(folder)]
         return Program(title, command, cores=cores, output=output)
 
+    def two_scans(self, folder: Path) -> Program:
+        """Two programs that share nothing, each on a core of its own."""
+        first, second = sorted(os.sched_getaffinity(0))[:2]
+        scan = f"{self._cli} scan --format json -o /dev/null {folder}"
+        command = f"taskset -c {first} {scan} & taskset -c {second} {scan} && wait $!"
+        return Program("two at once", ["sh", "-c", command])
+
     def floor(self, folder: Path) -> Program:
         return Program("floor", [self._floor, str(folder)])
 
@@ -59,9 +67,11 @@ class Bench:
 
     def plain_fonts(self) -> None:
         folder = self._fonts.sfnt()
+        one_core = self.scan(folder, "quillmark-cli, one core", cores=1)
         costs = compare(
             [
                 self.scan(folder),
+                one_core,
                 self.floor(folder),
                 self.fc_scan(folder),
                 self.otfinfo(folder),
@@ -76,6 +86,7 @@ class Bench:
         print_ratio(costs, "otfinfo", 0.12)
         print_ratio(costs, "fontTools", 0.15)
         print_ratio(costs, "floor", 2.5)
+        print_ratio(costs, "floor", title=one_core.title)
 
     def web_fonts(self) -> None:
         folder = self._fonts.mixed()
@@ -104,11 +115,15 @@ class Bench:
         folder = self._fonts.copies(10_000)
         one_core = self.scan(folder, "one core", cores=1)
         two_cores = self.scan(folder, "two cores", cores=2)
-        costs = compare([one_core, two_cores], self._rounds)
+        two_scans = self.two_scans(folder)
+        costs = compare([one_core, two_cores, two_scans], self._rounds)
         heading("One core and two, 10,000 plain files")
         print_costs(costs, 10_000)
-        wall = ratio(costs["two cores"], costs["one core"], lambda cost: cost.wall)
+        wall = ratio(costs[two_cores.title], costs[one_core.title], lambda cost: cost.wall)
         print_figure("wall time on two cores to one core", wall, 0.65)
+        # Cores that share a processor's parts give less than twice as much, whatever runs on them.
+        limit = ratio(costs[two_scans.title], costs[one_core.title], lambda cost: cost.wall) / 2
+        print_figure("the same of two scans that share nothing", limit)
 
     def size_of_font(self) -> None:
         large = self._fonts.nearest_in_size(20_000_000, {".ttc", ".otc"})
