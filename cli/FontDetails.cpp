@@ -79,12 +79,10 @@ std::string whatWasRead(const PDFFontInfo& pdf)
 
 void writeUse(TextLines& lines, const PDFFontInfo& pdf)
 {
-    std::string embedded(label(pdf.program));
-    if (pdf.subset) embedded += ", subset";
     std::string match = "No installed or scanned font with this name";
     if (pdf.matchedPath) match = *pdf.matchedPath + (pdf.matchedByFamily ? " (by family)" : "");
     writeDetail(lines, "Pages", pageRanges(pdf.pages));
-    writeDetail(lines, "In the PDF", embedded);
+    writeDetail(lines, "In the PDF", embeddedText(pdf));
     writeDetail(lines, "Font type", pdf.subtype);
     writeDetail(lines, "Read from", whatWasRead(pdf));
     writeDetail(lines, "Matched to", match);

@@ -21,4 +21,10 @@ struct PDFFontInfo {
     bool operator==(const PDFFontInfo&) const = default;
 };
 
+/// What the PDF embeds, such as "Embedded (TrueType), subset".
+[[nodiscard]] std::string embeddedText(const PDFFontInfo& info);
+
+/// The page numbers, joined with ", ".
+[[nodiscard]] std::string pageList(const PDFFontInfo& info);
+
 } // namespace quillmark

@@ -219,8 +219,7 @@ Assessment assess(const FontFacts& facts, const std::optional<PDFFontInfo>& pdf)
         reasons.emplace_back("Type 3 in this PDF: the font's glyph shapes are drawn inside the "
                              "file, so the font's license still applies.");
     else
-        reasons.push_back(std::string(label(pdf->program)) + (pdf->subset ? ", subset" : "") +
-                          " in this PDF.");
+        reasons.push_back(embeddedText(*pdf) + " in this PDF.");
     if (pdf->readEmbeddedData) reasons.emplace_back("Read from the font data inside the PDF.");
     if (!pdf->matchedPath && !pdf->readEmbeddedData)
         reasons.emplace_back(
