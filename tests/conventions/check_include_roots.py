@@ -27,6 +27,8 @@ HEADERS = {
     "library": "library/FontLibrary.h",
     "pdf": "pdf/PDFFontScanner.h",
     "coding": "coding/JsonWriter.h",
+    "notes": "notes/NotesBook.h",
+    "export": "export/AuditExport.h",
     "cli": "cli/Options.h",
     "tests": "support/FontBytes.h",
     "Qt": "QtCore/QString",

@@ -8,6 +8,8 @@ CORE = {
     "library": ["text", "fontfile"],
     "pdf": ["text", "fontfile", "assessment"],
     "coding": ["text", "fontfile", "assessment", "pdf"],
+    "notes": ["text"],
+    "export": ["text", "fontfile", "assessment", "pdf", "notes"],
 }
 
 # What stands on core/. Nothing in core/ includes any of it.
