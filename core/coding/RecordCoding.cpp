@@ -1,10 +1,10 @@
 #include "coding/RecordCoding.h"
 
+#include "text/IsoDate.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <concepts>
 #include <cstdint>
 #include <type_traits>
@@ -118,48 +118,16 @@ bool readOptional(const json& object, const char* key, std::optional<Field>& fie
     return found == object.end() || found->is_null() || read(*found, field.emplace());
 }
 
-/// `text` as a number when it is nothing but digits.
-std::optional<unsigned> digits(std::string_view text)
-{
-    unsigned number = 0;
-    const auto end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || stop != end) return std::nullopt;
-    return number;
-}
-
-void appendPadded(std::string& text, std::int64_t number, std::size_t width)
-{
-    const std::string digits = std::to_string(number);
-    if (digits.size() < width) text.append(width - digits.size(), '0');
-    text += digits;
-}
-
 /// The reverse of encodeDate; that form only.
 std::optional<system_clock::time_point> decodeDate(std::string_view text)
 {
     using namespace std::chrono;
-    constexpr std::string_view form = "YYYY-MM-DDThh:mm:ssZ";
-    if (text.size() != form.size()) return std::nullopt;
-    for (const std::size_t at : {4U, 7U, 10U, 13U, 16U, 19U})
-        if (text[at] != form[at]) return std::nullopt;
-    const auto year = digits(text.substr(0, 4));
-    const auto month = digits(text.substr(5, 2));
-    const auto day = digits(text.substr(8, 2));
-    const auto hour = digits(text.substr(11, 2));
-    const auto minute = digits(text.substr(14, 2));
-    const auto second = digits(text.substr(17, 2));
-    if (!year || !month || !day || !hour || !minute || !second) return std::nullopt;
-    if (*hour > 23 || *minute > 59 || *second > 59) return std::nullopt;
-    const year_month_day date{std::chrono::year(static_cast<int>(*year)),
-                              std::chrono::month(*month), std::chrono::day(*day)};
-    if (!date.ok()) return std::nullopt;
-    const sys_seconds time = sys_days(date) + hours(*hour) + minutes(*minute) + seconds(*second);
+    const auto time = parseIsoDate(text);
     // The clock counts finer than seconds, so its years end long before the four digits do.
-    if (time < ceil<seconds>(system_clock::time_point::min()) ||
-        time > floor<seconds>(system_clock::time_point::max()))
+    if (!time || *time < ceil<seconds>(system_clock::time_point::min()) ||
+        *time > floor<seconds>(system_clock::time_point::max()) || isoDate(*time) != text)
         return std::nullopt;
-    return time;
+    return *time;
 }
 
 bool read(const json& source, system_clock::time_point& field)
@@ -322,24 +290,7 @@ void encode(JsonWriter& writer, const DocumentAudit& audit)
 
 std::string encodeDate(system_clock::time_point time)
 {
-    using namespace std::chrono;
-    const auto day = floor<days>(time);
-    const year_month_day date(day);
-    const hh_mm_ss clock(floor<seconds>(time) - day);
-    std::string text;
-    appendPadded(text, int(date.year()), 4);
-    text += '-';
-    appendPadded(text, unsigned(date.month()), 2);
-    text += '-';
-    appendPadded(text, unsigned(date.day()), 2);
-    text += 'T';
-    appendPadded(text, clock.hours().count(), 2);
-    text += ':';
-    appendPadded(text, clock.minutes().count(), 2);
-    text += ':';
-    appendPadded(text, clock.seconds().count(), 2);
-    text += 'Z';
-    return text;
+    return isoDate(std::chrono::floor<std::chrono::seconds>(time));
 }
 
 template <>
