@@ -1,6 +1,6 @@
 #include "cli/Console.h"
 
-#include "cli/FileDescriptor.h"
+#include "files/FileDescriptor.h"
 #include "cli/Help.h"
 #include "cli/Interruption.h"
 #include "text/DisplayWidth.h"

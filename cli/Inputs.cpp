@@ -1,6 +1,6 @@
 #include "cli/Inputs.h"
 
-#include "cli/FileDescriptor.h"
+#include "files/FileDescriptor.h"
 #include "text/Encoding.h"
 
 #include <cerrno>

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "cli/Environment.h"
-#include "cli/FileDescriptor.h"
 #include "cli/Interruption.h"
+#include "files/DurableFile.h"
+#include "files/FileDescriptor.h"
+#include "files/FileError.h"
 
 #include <filesystem>
 #include <optional>
@@ -31,7 +33,7 @@ public:
     /// to a temporary beside it; the new file keeps the old one's permissions. Anything else, such
     /// as a pipe or a device, is written directly.
     Output(const std::optional<std::filesystem::path>& file, const Stream& standardOutput);
-    ~Output();
+    ~Output() = default;
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
@@ -44,17 +46,15 @@ public:
 
 private:
     void openTarget(const std::filesystem::path& file);
-    void makeTemporary(unsigned mode);
     void write();
-    void fail(int errorNumber);
+    void fail(const FileError& error);
 
     std::string m_buffer;
     std::string m_name; // for messages
     int m_descriptor{-1};
-    FileDescriptor m_file; // owns m_descriptor unless that is standard output
-    std::filesystem::path m_target;
-    std::filesystem::path m_temporary; // empty when written directly
-    std::optional<Interruption::Removal> m_removal;
+    FileDescriptor m_direct;                        // a pipe or a device
+    std::optional<Interruption::Removal> m_removal; // outlives the temporary
+    std::optional<DurableFile> m_file;
     std::optional<OutputError> m_error;
 };
 

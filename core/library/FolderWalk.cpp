@@ -36,9 +36,9 @@ enum class Links { follow, leave };
 OpenFolder openFolder(const Location& location, Links links)
 {
     const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | (links == Links::leave ? O_NOFOLLOW : 0);
-    Descriptor descriptor(::openat(location.folder(), location.name(), flags));
-    if (!descriptor) return nullptr;
-    OpenFolder folder(::fdopendir(descriptor.number()));
+    FileDescriptor descriptor(::openat(location.folder(), location.name(), flags));
+    if (!descriptor.isOpen()) return nullptr;
+    OpenFolder folder(::fdopendir(descriptor.get()));
     if (folder) (void)descriptor.release(); // closedir closes it
     return folder;
 }

@@ -10,12 +10,6 @@
 
 namespace quillmark {
 
-void Descriptor::reset(int number)
-{
-    if (m_number >= 0) ::close(m_number);
-    m_number = number;
-}
-
 Location::Location(std::string path) : m_name(std::move(path))
 {
     // One byte of PATH_MAX is the terminating zero.
@@ -24,8 +18,8 @@ Location::Location(std::string path) : m_name(std::move(path))
         if (cut == std::string::npos || cut == 0) return; // no name is that long: it will not open
         const std::string piece = m_name.substr(0, cut);
         const std::size_t rest = m_name.find_first_not_of('/', cut);
-        Descriptor next(::openat(folder(), piece.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-        if (!next || rest == std::string::npos) return;
+        FileDescriptor next(::openat(folder(), piece.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        if (!next.isOpen() || rest == std::string::npos) return;
         m_folder = std::move(next);
         m_name.erase(0, rest);
     }
@@ -33,7 +27,7 @@ Location::Location(std::string path) : m_name(std::move(path))
 
 int Location::folder() const
 {
-    if (m_folder) return m_folder.number();
+    if (m_folder.isOpen()) return m_folder.get();
     return m_from >= 0 ? m_from : AT_FDCWD;
 }
 
@@ -42,10 +36,10 @@ std::optional<RegularFile> RegularFile::open(const std::string& path)
     const Location location(path);
     // Whoever lists files knows already what they are. If a pipe or a device has taken a file's
     // place since then, it is opened without waiting for anything, and left again at once.
-    Descriptor descriptor(
+    FileDescriptor descriptor(
         ::openat(location.folder(), location.name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat status {};
-    if (!descriptor || ::fstat(descriptor.number(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
     return RegularFile(std::move(descriptor), static_cast<std::uint64_t>(status.st_size));
 }
@@ -54,7 +48,7 @@ std::size_t RegularFile::read(std::uint64_t at, std::span<std::byte> into) const
 {
     std::size_t done = 0;
     while (done < into.size()) {
-        const ssize_t count = ::pread(m_descriptor.number(), into.data() + done, into.size() - done,
+        const ssize_t count = ::pread(m_descriptor.get(), into.data() + done, into.size() - done,
                                       static_cast<off_t>(at + done));
         if (count < 0 && errno == EINTR) continue;
         if (count <= 0) break;

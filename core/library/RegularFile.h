@@ -2,6 +2,7 @@
 // names, and nothing here waits for one.
 #pragma once
 
+#include "files/FileDescriptor.h"
 #include "library/ByteSource.h"
 
 #include <cstddef>
@@ -12,30 +13,6 @@
 #include <utility>
 
 namespace quillmark {
-
-/// An open file descriptor; closed with its owner.
-class Descriptor {
-public:
-    Descriptor() = default;
-    explicit Descriptor(int number) : m_number(number) {}
-    ~Descriptor() { reset(); }
-    Descriptor(Descriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept
-    {
-        if (this != &other) reset(std::exchange(other.m_number, -1));
-        return *this;
-    }
-
-    [[nodiscard]] explicit operator bool() const { return m_number >= 0; }
-    [[nodiscard]] int number() const { return m_number; }
-    /// Gives up ownership.
-    [[nodiscard]] int release() { return std::exchange(m_number, -1); }
-
-private:
-    void reset(int number = -1);
-
-    int m_number{-1};
-};
 
 /// A path as the system takes it: longer paths than it takes at once are walked in pieces.
 class Location {
@@ -50,7 +27,7 @@ public:
 
 private:
     int m_from{-1}; // not ours to close
-    Descriptor m_folder;
+    FileDescriptor m_folder;
     std::string m_name;
 };
 
@@ -65,12 +42,12 @@ public:
     std::size_t read(std::uint64_t at, std::span<std::byte> into) const noexcept override;
 
 private:
-    RegularFile(Descriptor descriptor, std::uint64_t size)
+    RegularFile(FileDescriptor descriptor, std::uint64_t size)
         : m_descriptor(std::move(descriptor)), m_size(size)
     {
     }
 
-    Descriptor m_descriptor;
+    FileDescriptor m_descriptor;
     std::uint64_t m_size{};
 };
 

@@ -1,7 +1,7 @@
 #include "CommandLineFixture.h"
 
 #include "cli/CommandLine.h"
-#include "cli/FileDescriptor.h"
+#include "files/FileDescriptor.h"
 #include "support/FontBytes.h"
 
 #include <algorithm>
@@ -15,7 +15,7 @@
 namespace quillmark::test {
 namespace {
 
-std::string readBack(const cli::FileDescriptor& file)
+std::string readBack(const FileDescriptor& file)
 {
     std::string text;
     std::array<char, 4096> piece{};
@@ -119,8 +119,8 @@ void CommandLineFixture::addInstalled(const FontValues& values)
 
 Outcome CommandLineFixture::run(const std::vector<std::string>& arguments)
 {
-    const cli::FileDescriptor output(memfd_create("output", 0));
-    const cli::FileDescriptor errors(memfd_create("errors", 0));
+    const FileDescriptor output(memfd_create("output", 0));
+    const FileDescriptor errors(memfd_create("errors", 0));
     Outcome outcome;
     outcome.exitCode = runTo(output.get(), errors.get(), arguments);
     outcome.output = replaced(readBack(output), folder.path().native(), "FOLDER");

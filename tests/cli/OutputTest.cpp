@@ -1,7 +1,7 @@
 // Where results go, and what becomes of a file when writing it goes wrong.
 #include "CommandLineFixture.h"
 
-#include "cli/FileDescriptor.h"
+#include "files/FileDescriptor.h"
 
 #include <gmock/gmock.h>
 
@@ -143,7 +143,7 @@ TEST_F(OutputFile, CanBeStandardOutputAsADash)
 TEST_F(OutputFile, CanBeAPipe)
 {
     ASSERT_EQ(mkfifo(at("pipe").c_str(), 0600), 0);
-    const cli::FileDescriptor reader = cli::openFile(at("pipe"), O_RDONLY | O_NONBLOCK);
+    const FileDescriptor reader = openFile(at("pipe"), O_RDONLY | O_NONBLOCK);
     EXPECT_EQ(run({"installed", "-o", at("pipe")}).exitCode, 0);
     std::string piece(15, ' ');
     EXPECT_EQ(read(reader.get(), piece.data(), piece.size()), 15);
@@ -181,12 +181,12 @@ class StandardOutput : public CommandLineFixture {
 protected:
     StandardOutput() { addInstalled(likelyOKFont()); }
 
-    cli::FileDescriptor null{cli::openFile("/dev/null", O_WRONLY)};
+    FileDescriptor null{openFile("/dev/null", O_WRONLY)};
 };
 
 TEST_F(StandardOutput, ThatIsFullIsReported)
 {
-    const cli::FileDescriptor full = cli::openFile("/dev/full", O_WRONLY);
+    const FileDescriptor full = openFile("/dev/full", O_WRONLY);
     EXPECT_EQ(runTo(full.get(), null.get(), {"installed"}), 4);
     EXPECT_EQ(runTo(full.get(), null.get(), {"installed", "-fjson"}), 4);
     EXPECT_EQ(runTo(full.get(), null.get(), {"--help"}), 4);
@@ -195,7 +195,7 @@ TEST_F(StandardOutput, ThatIsFullIsReported)
 
 TEST_F(StandardOutput, ThatCannotBeWrittenWinsOverInputThatCannotBeRead)
 {
-    const cli::FileDescriptor full = cli::openFile("/dev/full", O_WRONLY);
+    const FileDescriptor full = openFile("/dev/full", O_WRONLY);
     addFile("a.ttf", {likelyOKFont()});
     EXPECT_EQ(runTo(full.get(), null.get(), {"scan", at("a.ttf"), at("Nowhere")}), 4);
 }
@@ -206,12 +206,12 @@ TEST_F(StandardOutput, WhoseReaderIsGoneEndsTheRunWithoutAWord)
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
     ASSERT_EQ(close(ends[0]), 0);
-    const cli::FileDescriptor writer(ends[1]);
+    const FileDescriptor writer(ends[1]);
     std::array<int, 2> errorEnds{};
     ASSERT_EQ(pipe(errorEnds.data()), 0);
-    const cli::FileDescriptor errorReader(errorEnds[0]);
+    const FileDescriptor errorReader(errorEnds[0]);
     {
-        const cli::FileDescriptor errorWriter(errorEnds[1]);
+        const FileDescriptor errorWriter(errorEnds[1]);
         EXPECT_EQ(runTo(writer.get(), errorWriter.get(), {"installed"}), 141);
     }
     char byte = 0;
@@ -228,7 +228,7 @@ TEST_F(StandardOutput, IsWrittenWholeThroughAPipeThatDoesNotBlock)
     }
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe2(ends.data(), O_NONBLOCK), 0);
-    const cli::FileDescriptor reader(ends[0]);
+    const FileDescriptor reader(ends[0]);
     const pid_t child = fork();
     if (child == 0) _exit(runTo(ends[1], null.get(), {"installed", "-fjson"}));
     close(ends[1]);

@@ -22,6 +22,7 @@ import layout
 # One header of each folder, and one of each place that core/ knows nothing of.
 HEADERS = {
     "text": "text/Trim.h",
+    "files": "files/DurableFile.h",
     "fontfile": "fontfile/SFNT.h",
     "assessment": "assessment/Assessment.h",
     "library": "library/FontLibrary.h",

@@ -3,13 +3,14 @@
 # The folders of core/ in the order of the picture in README.md, each with those it may include.
 CORE = {
     "text": [],
+    "files": [],
     "fontfile": ["text"],
     "assessment": ["text", "fontfile"],
-    "library": ["text", "fontfile"],
+    "library": ["text", "files", "fontfile"],
     "pdf": ["text", "fontfile", "assessment"],
     "coding": ["text", "fontfile", "assessment", "pdf"],
-    "notes": ["text"],
-    "export": ["text", "fontfile", "assessment", "pdf", "notes"],
+    "notes": ["text", "files"],
+    "export": ["text", "files", "fontfile", "assessment", "pdf", "notes"],
 }
 
 # What stands on core/. Nothing in core/ includes any of it.

@@ -1,4 +1,5 @@
-// Writing to and closing POSIX file descriptors.
+// POSIX file descriptors, and what the system says when one cannot be had. Whole files are read by
+// ReadFile.h and replaced by DurableFile.h.
 #pragma once
 
 #include <filesystem>
@@ -6,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-namespace quillmark::cli {
+namespace quillmark {
 
 /// A descriptor that is closed at the end of its life; -1 for none.
 class FileDescriptor {
@@ -28,6 +29,8 @@ public:
 
     [[nodiscard]] int get() const { return m_descriptor; }
     [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
+    /// Gives up ownership.
+    [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
     /// Zero or the system's error number, for some file systems report a failed write only here.
     [[nodiscard]] int close();
 
@@ -45,4 +48,4 @@ private:
 /// The system's words for an error number.
 [[nodiscard]] std::string errorText(int error);
 
-} // namespace quillmark::cli
+} // namespace quillmark

@@ -1,4 +1,4 @@
-#include "cli/FileDescriptor.h"
+#include "files/FileDescriptor.h"
 
 #include <cerrno>
 #include <cstddef>
@@ -7,7 +7,7 @@
 #include <system_error>
 #include <unistd.h>
 
-namespace quillmark::cli {
+namespace quillmark {
 
 int FileDescriptor::close()
 {
@@ -43,4 +43,4 @@ std::string errorText(int error)
     return std::generic_category().message(error);
 }
 
-} // namespace quillmark::cli
+} // namespace quillmark

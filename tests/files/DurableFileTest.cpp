@@ -1,0 +1,273 @@
+// A file is replaced whole or stays as it was, whichever system call fails.
+#include "files/DurableFile.h"
+
+#include "files/FaultyCalls.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace quillmark::test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+
+constexpr unsigned ownerOnly = 0600;
+
+class Durable : public testing::Test {
+protected:
+    [[nodiscard]] fs::path at(const fs::path& relative) const { return folder.path() / relative; }
+
+    [[nodiscard]] std::string content(const fs::path& relative) const
+    {
+        std::ifstream file(at(relative), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    [[nodiscard]] std::vector<std::string> names() const
+    {
+        std::vector<std::string> found;
+        for (const auto& entry : fs::directory_iterator(folder.path()))
+            found.push_back(entry.path().filename());
+        std::ranges::sort(found);
+        return found;
+    }
+    [[nodiscard]] mode_t mode(const fs::path& relative) const
+    {
+        struct stat status {};
+        EXPECT_EQ(stat(at(relative).c_str(), &status), 0);
+        return status.st_mode & 07777U;
+    }
+
+    TemporaryFolder folder;
+};
+
+using DurableFileTest = Durable;
+
+TEST_F(DurableFileTest, HoldsWhatWasWritten)
+{
+    EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
+    EXPECT_EQ(content("a"), "new");
+    EXPECT_THAT(names(), ElementsAre("a"));
+}
+
+TEST_F(DurableFileTest, TakesThePlaceOfALongerOne)
+{
+    folder.write("a", "a longer text from before");
+    EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
+    EXPECT_EQ(content("a"), "new");
+    EXPECT_THAT(names(), ElementsAre("a"));
+}
+
+TEST_F(DurableFileTest, CanBeEmpty)
+{
+    folder.write("a", "old");
+    EXPECT_EQ(writeDurably(at("a"), "", ownerOnly), std::nullopt);
+    EXPECT_EQ(content("a"), "");
+}
+
+TEST_F(DurableFileTest, IsReadableForItsOwnerOnlyUntilItIsInPlace)
+{
+    auto made = DurableFile::create(at("a"), 0644);
+    ASSERT_TRUE(std::holds_alternative<DurableFile>(made));
+    auto& file = std::get<DurableFile>(made);
+    EXPECT_EQ(mode(file.temporary().filename()), 0600U);
+    EXPECT_EQ(file.temporary().parent_path(), folder.path());
+    EXPECT_EQ(file.commit(), std::nullopt);
+    EXPECT_EQ(mode("a"), 0644U);
+}
+
+TEST_F(DurableFileTest, KeepsThePermissionsOfTheFormerOne)
+{
+    folder.write("a", "old");
+    ASSERT_EQ(chmod(at("a").c_str(), 0640), 0);
+    EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
+    EXPECT_EQ(mode("a"), 0640U);
+}
+
+TEST_F(DurableFileTest, ThatIsNotCommittedLeavesNothing)
+{
+    folder.write("a", "old");
+    {
+        auto made = DurableFile::create(at("a"), ownerOnly);
+        ASSERT_TRUE(std::holds_alternative<DurableFile>(made));
+        EXPECT_EQ(writeAll(std::get<DurableFile>(made).descriptor(), "half"), 0);
+        EXPECT_EQ(names().size(), 2U);
+    }
+    EXPECT_EQ(content("a"), "old");
+    EXPECT_THAT(names(), ElementsAre("a"));
+}
+
+TEST_F(DurableFileTest, BehindALinkIsReplacedAndTheLinkStays)
+{
+    folder.write("deep/a", "old");
+    fs::create_symlink("deep/a", at("link"));
+    EXPECT_EQ(writeDurably(at("link"), "new", ownerOnly), std::nullopt);
+    EXPECT_TRUE(fs::is_symlink(at("link")));
+    EXPECT_EQ(content("deep/a"), "new");
+}
+
+TEST_F(DurableFileTest, IsMadeWhereALinkPointsThatLedNowhere)
+{
+    fs::create_directory(at("deep"));
+    fs::create_symlink("deep/a", at("link"));
+    EXPECT_EQ(writeDurably(at("link"), "new", ownerOnly), std::nullopt);
+    EXPECT_TRUE(fs::is_symlink(at("link")));
+    EXPECT_EQ(content("deep/a"), "new");
+}
+
+TEST_F(DurableFileTest, BehindALinkToItselfIsAnError)
+{
+    fs::create_symlink("link", at("link"));
+    EXPECT_EQ(writeDurably(at("link"), "new", ownerOnly), FileError::ofSystem(ELOOP));
+}
+
+TEST_F(DurableFileTest, DoesNotReplaceAFolder)
+{
+    fs::create_directory(at("a"));
+    EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), FileError::ofSystem(EISDIR));
+    EXPECT_TRUE(fs::is_directory(at("a")));
+    EXPECT_THAT(names(), ElementsAre("a"));
+}
+
+TEST_F(DurableFileTest, DoesNotReplaceAPipe)
+{
+    ASSERT_EQ(mkfifo(at("a").c_str(), 0600), 0);
+    EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), (FileError{0, "Not a regular file"}));
+    EXPECT_TRUE(fs::is_fifo(at("a")));
+    EXPECT_THAT(names(), ElementsAre("a"));
+}
+
+TEST_F(DurableFileTest, InAMissingFolderIsAnError)
+{
+    EXPECT_EQ(writeDurably(at("missing/a"), "new", ownerOnly), FileError::ofSystem(ENOENT));
+    EXPECT_THAT(names(), ElementsAre());
+}
+
+TEST_F(DurableFileTest, BelowAFileIsAnError)
+{
+    folder.write("file", "x");
+    EXPECT_EQ(writeDurably(at("file/a"), "new", ownerOnly), FileError::ofSystem(ENOTDIR));
+    EXPECT_THAT(names(), ElementsAre("file"));
+}
+
+TEST_F(DurableFileTest, ErrorsSpeakTheSystemsWords)
+{
+    const auto error = writeDurably(at("missing/a"), "new", ownerOnly);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->reason, "No such file or directory");
+}
+
+TEST_F(DurableFileTest, IsWrittenWholeThroughInterruptedAndShortWrites)
+{
+    std::string bytes;
+    for (int i = 0; i < 1000; ++i)
+        bytes += std::to_string(i);
+    std::optional<FileError> error;
+    {
+        const ShortWrites writes(7);
+        error = writeDurably(at("a"), bytes, ownerOnly);
+    }
+    EXPECT_EQ(error, std::nullopt);
+    EXPECT_EQ(content("a"), bytes);
+}
+
+struct Fault {
+    const char* name;
+    Call call;
+    int error;
+};
+
+class DurableFileFault : public Durable, public testing::WithParamInterface<Fault> {};
+
+TEST_P(DurableFileFault, LeavesTheFormerFileAndNoOther)
+{
+    folder.write("a", "old");
+    std::optional<FileError> error;
+    {
+        const FaultyCall faulty(GetParam().call, GetParam().error);
+        error = writeDurably(at("a"), "new", ownerOnly);
+    }
+    EXPECT_EQ(error, FileError::ofSystem(GetParam().error));
+    EXPECT_EQ(content("a"), "old");
+    EXPECT_THAT(names(), ElementsAre("a"));
+}
+
+TEST_P(DurableFileFault, LeavesNothingWhereNoFileWas)
+{
+    {
+        const FaultyCall faulty(GetParam().call, GetParam().error);
+        EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), FileError::ofSystem(GetParam().error));
+    }
+    EXPECT_THAT(names(), ElementsAre());
+}
+
+INSTANTIATE_TEST_SUITE_P(DurableFile, DurableFileFault,
+                         testing::Values(Fault{"FullDisk", Call::write, ENOSPC},
+                                         Fault{"QuotaUsedUp", Call::write, EDQUOT},
+                                         Fault{"BadDiskAtWrite", Call::write, EIO},
+                                         Fault{"BadDiskAtSync", Call::fsync, EIO},
+                                         Fault{"FullDiskAtSync", Call::fsync, ENOSPC},
+                                         Fault{"RenameRefused", Call::rename, EACCES},
+                                         Fault{"ReadOnlyAtRename", Call::rename, EROFS},
+                                         Fault{"BadDiskAtPermissions", Call::fchmod, EIO}),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(DurableFileTest, IsReplacedAlreadyWhenTheFolderCannotBePutOnTheDisk)
+{
+    folder.write("a", "old");
+    std::optional<FileError> error;
+    {
+        const FaultyCall faulty(Call::fsync, EIO, 1);
+        error = writeDurably(at("a"), "new", ownerOnly);
+    }
+    EXPECT_EQ(error, FileError::ofSystem(EIO));
+    EXPECT_EQ(content("a"), "new");
+    EXPECT_THAT(names(), ElementsAre("a"));
+}
+
+TEST_F(DurableFileTest, IsWrittenWhereTheFileSystemKnowsNoSync)
+{
+    const FaultyCall faulty(Call::fsync, EINVAL);
+    EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
+}
+
+TEST_F(DurableFileTest, IsWrittenWhereTheFileSystemKnowsNoPermissions)
+{
+    const FaultyCall faulty(Call::fchmod, EPERM);
+    EXPECT_EQ(writeDurably(at("a"), "new", 0644), std::nullopt);
+    EXPECT_EQ(mode("a"), 0600U);
+}
+
+TEST_F(DurableFileTest, StaysAsItWasWhenTheLimitOnFileSizesIsReached)
+{
+    folder.write("a", "old");
+    const pid_t child = fork();
+    if (child == 0) {
+        const rlimit limit{1000, 1000};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
+        const auto error = writeDurably(at("a"), std::string(5000, 'x'), ownerOnly);
+        _exit(error == FileError::ofSystem(EFBIG) ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(content("a"), "old");
+    EXPECT_THAT(names(), ElementsAre("a"));
+}
+
+} // namespace
+} // namespace quillmark::test
