@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <exception>
 #include <filesystem>
+#include <functional>
 #include <utility>
 #include <variant>
 
@@ -72,41 +73,62 @@ struct Outcome {
     bool verdictMet{}; // that of --fail-on, or a worse one
 };
 
-/// Runs the command and hands what it finds to the report.
+/// One run of a command, whatever the report.
+struct Run {
+    const Options& options;
+    const Environment& environment;
+    Console& console;
+    Output& output;
+};
+
+/// Runs the command and hands what it finds to the report, each font as `makeRow` makes it.
 template <typename Report>
-Outcome fill(Report& report, const Options& options, const Environment& environment,
-             Console& console, const Output& output)
+Outcome fill(Report& report, std::function<typename Report::Row(AuditRow&&)> makeRow,
+             const Run& run)
 {
     using Row = typename Report::Row;
     Outcome outcome;
+    const auto failsOn = [&](const Row& row) { return verdict(row) <= *run.options.failOn; };
     const auto take = [&](FontList<Row> list) {
-        outcome.verdictMet = outcome.verdictMet ||
-                             (options.failOn && std::ranges::any_of(list.rows, [&](const Row& row) {
-                                  return verdict(row) <= *options.failOn;
-                              }));
-        console.eraseProgress();
+        outcome.verdictMet =
+            outcome.verdictMet || (run.options.failOn && std::ranges::any_of(list.rows, failsOn));
+        run.console.eraseProgress();
         report.add(std::move(list));
-        return !output.error();
+        return !run.output.error();
     };
-    outcome.errors = execute<Row>(options, environment, console, take);
-    console.eraseProgress();
+    outcome.errors =
+        execute<Row>(run.options, run.environment, run.console, {std::move(makeRow), take});
+    run.console.eraseProgress();
     return outcome;
 }
 
-Outcome writeReport(const Options& options, const Environment& environment, Console& console,
-                    Output& output)
+Outcome writeText(const Run& run)
 {
-    if (options.format == Format::json) {
-        JsonReport report(output);
-        Outcome outcome = fill(report, options, environment, console, output);
-        report.finish(outcome.errors);
-        return outcome;
-    }
-    const auto tips = options.quiet ? TextReport::Tips::hidden : TextReport::Tips::shown;
-    TextReport report(output, page(options, environment), tips);
-    Outcome outcome = fill(report, options, environment, console, output);
+    const auto tips = run.options.quiet ? TextReport::Tips::hidden : TextReport::Tips::shown;
+    TextReport report(run.output, page(run.options, run.environment), tips);
+    Outcome outcome = fill(
+        report, [](AuditRow&& row) { return std::move(row); }, run);
     report.finish();
     return outcome;
+}
+
+Outcome writeJson(const Run& run)
+{
+    JsonReport report(run.output);
+    Outcome outcome = fill(report, JsonReport::row, run);
+    report.finish(outcome.errors);
+    return outcome;
+}
+
+Outcome writeReport(const Run& run)
+{
+    switch (run.options.format) {
+    case Format::text:
+        return writeText(run);
+    case Format::json:
+        return writeJson(run);
+    }
+    return {};
 }
 
 ExitCode runCommand(const Options& options, const Environment& environment, Console& console)
@@ -116,7 +138,7 @@ ExitCode runCommand(const Options& options, const Environment& environment, Cons
 
     Output output(options.output, environment.output);
     if (output.error()) return outputExitCode(*output.error(), console);
-    const Outcome outcome = writeReport(options, environment, console, output);
+    const Outcome outcome = writeReport({options, environment, console, output});
     output.finish();
 
     if (output.error()) return outputExitCode(*output.error(), console);

@@ -1,7 +1,6 @@
 #include "cli/Commands.h"
 
 #include "cli/Inputs.h"
-#include "cli/JsonReport.h"
 #include "library/AbsolutePath.h"
 #include "library/FolderWalk.h"
 #include "library/FontIndex.h"
@@ -26,8 +25,8 @@ template <typename Row>
 class Run {
 public:
     Run(const Options& options, const Environment& environment, Console& console,
-        const TakeList<Row>& take)
-        : m_options(options), m_environment(environment), m_console(console), m_take(take)
+        const Receiver<Row>& receiver)
+        : m_options(options), m_environment(environment), m_console(console), m_receiver(receiver)
     {
     }
 
@@ -42,6 +41,10 @@ private:
     std::vector<FontLibrary::FontPlace> readInstalledFonts(FontLibrary::FontSink& sink);
     std::vector<FontLibrary::FontPlace> readFolder(const fs::path& folder,
                                                    FontLibrary::FontSink& sink);
+    [[nodiscard]] Row judged(FontFacts&& facts) const
+    {
+        return m_receiver.makeRow(auditRow(std::move(facts)));
+    }
     std::optional<List> scanned(const fs::path& input);
     const LicenseFile::Candidates& licensesIn(const fs::path& folder);
     std::vector<fs::path> readableFontFolders();
@@ -53,18 +56,12 @@ private:
     const Options& m_options;
     const Environment& m_environment;
     Console& m_console;
-    const TakeList<Row>& m_take;
+    const Receiver<Row>& m_receiver;
     std::unique_ptr<Collator> m_order;
     std::vector<InputError> m_errors;
     fs::path m_licenseFolder; // the folder that m_licenses are from
     LicenseFile::Candidates m_licenses{{}};
 };
-
-template <typename Row>
-Row judged(FontFacts&& facts)
-{
-    return Row(auditRow(std::move(facts)));
-}
 
 /// Made when it is first needed: a check of documents that do not open sorts nothing.
 template <typename Row>
@@ -112,9 +109,10 @@ void Run<Row>::installed()
     list.source.kind = ListSource::Kind::installed;
     list.source.title = "Installed fonts";
     list.source.subtitle = "Every font installed on this computer";
-    FontLibrary::MadeOfFonts rows(judged<Row>);
+    const auto judge = [this](FontFacts&& facts) { return judged(std::move(facts)); };
+    FontLibrary::MadeOfFonts rows(judge);
     list.rows = rows.itemsAt(readInstalledFonts(rows));
-    m_take(std::move(list));
+    m_receiver.take(std::move(list));
 }
 
 template <typename Row>
@@ -122,7 +120,7 @@ void Run<Row>::scan()
 {
     for (const fs::path& input : m_options.inputs) {
         std::optional<List> list = scanned(input);
-        if (list && !m_take(*std::move(list))) return;
+        if (list && !m_receiver.take(*std::move(list))) return;
     }
 }
 
@@ -141,14 +139,15 @@ std::optional<FontList<Row>> Run<Row>::scanned(const fs::path& input)
     list.source.path = list.source.subtitle;
     if (std::get<InputKind>(inspected) == InputKind::folder) {
         list.source.kind = ListSource::Kind::folder;
-        FontLibrary::MadeOfFonts rows(judged<Row>);
+        const auto judge = [this](FontFacts&& facts) { return judged(std::move(facts)); };
+        FontLibrary::MadeOfFonts rows(judge);
         list.rows = rows.itemsAt(readFolder(path, rows));
         return list;
     }
     list.source.kind = ListSource::Kind::file;
     for (FontFacts& facts :
          FontLibrary::scanFile(m_environment.fonts, order(), path, licensesIn(path.parent_path())))
-        list.rows.push_back(judged<Row>(std::move(facts)));
+        list.rows.push_back(judged(std::move(facts)));
     if (list.rows.empty()) {
         report(input, "Holds no font that can be read");
         return std::nullopt;
@@ -188,7 +187,7 @@ void Run<Row>::check()
         if (count > 1) activity += ' ' + std::to_string(i + 1) + " of " + std::to_string(count);
         m_console.showProgress(activity);
         std::optional<List> list = checked(path, lookup);
-        if (list && !m_take(*std::move(list))) return;
+        if (list && !m_receiver.take(*std::move(list))) return;
     }
 }
 
@@ -245,7 +244,7 @@ std::optional<FontList<Row>> Run<Row>::checked(const fs::path& path,
         ListSource::Document{std::move(audit.fileName), audit.pageCount, audit.checkedAt};
     list.rows.reserve(audit.rows.size());
     for (AuditRow& row : audit.rows)
-        list.rows.emplace_back(std::move(row));
+        list.rows.push_back(m_receiver.makeRow(std::move(row)));
     return list;
 }
 
@@ -253,9 +252,9 @@ std::optional<FontList<Row>> Run<Row>::checked(const fs::path& path,
 
 template <typename Row>
 std::vector<InputError> execute(const Options& options, const Environment& environment,
-                                Console& console, const TakeList<Row>& take)
+                                Console& console, const Receiver<Row>& receiver)
 {
-    Run<Row> run(options, environment, console, take);
+    Run<Row> run(options, environment, console, receiver);
     switch (options.command) {
     case Command::installed:
         run.installed();
@@ -271,8 +270,8 @@ std::vector<InputError> execute(const Options& options, const Environment& envir
 }
 
 template std::vector<InputError> execute<AuditRow>(const Options&, const Environment&, Console&,
-                                                   const TakeList<AuditRow>&);
-template std::vector<InputError> execute<JsonRow>(const Options&, const Environment&, Console&,
-                                                  const TakeList<JsonRow>&);
+                                                   const Receiver<AuditRow>&);
+template std::vector<InputError> execute<TextRow>(const Options&, const Environment&, Console&,
+                                                  const Receiver<TextRow>&);
 
 } // namespace quillmark::cli

@@ -11,16 +11,21 @@
 
 namespace quillmark::cli {
 
-/// Takes a finished list; false when no further ones are wanted.
+/// Where a run's lists go.
 template <typename Row>
-using TakeList = std::function<bool(FontList<Row>)>;
+struct Receiver {
+    /// Makes of a judged font what the report needs of it; called by several threads at once.
+    std::function<Row(AuditRow&&)> makeRow;
+    /// Takes a finished list; false when no further ones are wanted.
+    std::function<bool(FontList<Row>)> take;
+};
 
 /// Runs the command that `options` names. One list per input, in the order given; an input that
 /// cannot be read gives a message on the console and one of the returned errors instead. `Row` is
-/// that of a report: AuditRow or JsonRow.
+/// that of a report: AuditRow or TextRow.
 template <typename Row>
 [[nodiscard]] std::vector<InputError> execute(const Options& options,
                                               const Environment& environment, Console& console,
-                                              const TakeList<Row>& take);
+                                              const Receiver<Row>& receiver);
 
 } // namespace quillmark::cli

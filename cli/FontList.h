@@ -38,8 +38,19 @@ struct ListSource {
     return row.assessment.verdict;
 }
 
-/// A list whose rows are what a report needs of them: made from an AuditRow, and with a function
-/// `verdict` that tells a row's verdict.
+/// A row in the form in which a report writes it. It is made where the font is judged, by several
+/// threads at once, and takes much less memory than all that is known of the font.
+struct TextRow {
+    Verdict verdict{};
+    std::string text;
+};
+
+[[nodiscard]] inline Verdict verdict(const TextRow& row)
+{
+    return row.verdict;
+}
+
+/// A list whose rows are what a report needs of them: AuditRow or TextRow.
 template <typename Row>
 struct FontList {
     ListSource source;

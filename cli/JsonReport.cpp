@@ -54,12 +54,6 @@ void write(JsonWriter& writer, const AuditRow& row)
 
 } // namespace
 
-JsonRow::JsonRow(const AuditRow& row) : verdict(row.assessment.verdict)
-{
-    JsonWriter writer = JsonWriter::ofItems(text, rowDepth);
-    write(writer, row);
-}
-
 JsonReport::JsonReport(Output& output) : m_output(output), m_writer(output.buffer())
 {
     m_writer.beginObject();
@@ -68,7 +62,15 @@ JsonReport::JsonReport(Output& output) : m_output(output), m_writer(output.buffe
     m_writer.beginArray();
 }
 
-void JsonReport::add(const FontList<JsonRow>& list)
+TextRow JsonReport::row(const AuditRow& row)
+{
+    TextRow result{row.assessment.verdict, {}};
+    JsonWriter writer = JsonWriter::ofItems(result.text, rowDepth);
+    write(writer, row);
+    return result;
+}
+
+void JsonReport::add(const FontList<TextRow>& list)
 {
     const ListSource& source = list.source;
     m_writer.beginObject();
@@ -86,7 +88,7 @@ void JsonReport::add(const FontList<JsonRow>& list)
     m_writer.key("rows");
     m_writer.beginArray();
     assert(m_writer.depth() == rowDepth);
-    for (const JsonRow& row : list.rows) {
+    for (const TextRow& row : list.rows) {
         m_writer.items(row.text);
         m_output.drain();
     }

@@ -10,28 +10,15 @@
 
 namespace quillmark::cli {
 
-/// A row in its form in the report. It is written where the font is judged, by several threads at
-/// once, and takes much less memory than all that is known of the font.
-struct JsonRow {
-    explicit JsonRow(const AuditRow& row);
-
-    Verdict verdict{};
-    std::string text;
-};
-
-[[nodiscard]] inline Verdict verdict(const JsonRow& row)
-{
-    return row.verdict;
-}
-
 /// Writes each list as it comes, so that memory holds one list at a time.
 class JsonReport {
 public:
-    using Row = JsonRow;
+    using Row = TextRow;
 
     explicit JsonReport(Output& output);
 
-    void add(const FontList<JsonRow>& list);
+    [[nodiscard]] static TextRow row(const AuditRow& row);
+    void add(const FontList<TextRow>& list);
     void finish(std::span<const InputError> errors);
 
 private:
