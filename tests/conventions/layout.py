@@ -25,10 +25,21 @@ WORKSHOP = ["bench", "fuzz", "tests"]
 # place. The workshop builds its inputs with the same libraries and is not bound by this.
 THIRD_PARTY = {
     "ICU": (r"unicode/.*", ["core/text/*"]),
-    "fontconfig": (r"fontconfig/.*", ["core/library/InstalledFonts.cpp"]),
-    "FreeType": (r"ft2build\.h|freetype/.*", ["core/library/FreeTypeFaces.cpp"]),
+    "fontconfig": (
+        r"fontconfig/.*",
+        [
+            "core/library/InstalledFonts.cpp",
+            "core/export/ReportFonts.cpp",
+            "core/export/ScriptLayout.cpp",
+        ],
+    ),
+    "FreeType": (
+        r"ft2build\.h|freetype/.*",
+        ["core/library/FreeTypeFaces.cpp", "core/export/EmbeddedFont.cpp"],
+    ),
+    "Pango": (r"pango/.*", ["core/export/ScriptLayout.cpp"]),
     "zlib": (r"zlib\.h", ["core/library/Inflate.cpp", "core/pdf/Inflater.cpp"]),
-    "libdeflate": (r"libdeflate\.h", ["core/pdf/Inflater.cpp"]),
+    "libdeflate": (r"libdeflate\.h", ["core/pdf/Inflater.cpp", "core/export/PDFFile.cpp"]),
     "brotli": (r"brotli/.*", ["core/library/WOFF2.cpp"]),
     "libqpdf": (r"qpdf/.*", ["core/pdf/QPDF*"]),
     "GnuTLS": (r"gnutls/.*", ["core/pdf/GnuTLSOnDemand.cpp"]),

@@ -1,0 +1,252 @@
+#include "export/CFFProgram.h"
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <initializer_list>
+#include <vector>
+
+namespace quillmark {
+namespace {
+
+// Operators of charstrings.
+constexpr char rlineto = 5;
+constexpr char rrcurveto = 8;
+constexpr char endchar = 14;
+constexpr char rmoveto = 21;
+
+// Operators of dictionaries; those of two bytes begin with 12.
+constexpr std::string_view notice{"\x01", 1};
+constexpr std::string_view fullName{"\x02", 1};
+constexpr std::string_view familyName{"\x03", 1};
+constexpr std::string_view charset{"\x0F", 1};
+constexpr std::string_view charStringsAt{"\x11", 1};
+constexpr std::string_view privateAt{"\x12", 1};
+constexpr std::string_view defaultWidthX{"\x14", 1};
+constexpr std::string_view registryOrderingSupplement{"\x0C\x1E", 2};
+constexpr std::string_view cidCount{"\x0C\x22", 2};
+constexpr std::string_view fontDictsAt{"\x0C\x24", 2};
+constexpr std::string_view fontDictSelectAt{"\x0C\x25", 2};
+
+/// The number of the first string that is not one of the standard strings.
+constexpr int firstOwnString = 391;
+
+void appendBigEndian(std::string& bytes, std::size_t value, int size)
+{
+    for (int byte = size - 1; byte >= 0; --byte)
+        bytes += static_cast<char>((value >> (8 * static_cast<unsigned>(byte))) & 0xFFU);
+}
+
+/// A number in the form of charstrings, which dictionaries share.
+void appendNumber(std::string& bytes, int value)
+{
+    if (value >= -107 && value <= 107) {
+        bytes += static_cast<char>(value + 139);
+    } else if (value >= 108 && value <= 1131) {
+        bytes += static_cast<char>((value - 108) / 256 + 247);
+        bytes += static_cast<char>((value - 108) % 256);
+    } else if (value >= -1131 && value <= -108) {
+        bytes += static_cast<char>((-value - 108) / 256 + 251);
+        bytes += static_cast<char>((-value - 108) % 256);
+    } else {
+        bytes += static_cast<char>(28);
+        appendBigEndian(bytes, static_cast<std::uint16_t>(value), 2);
+    }
+}
+
+/// A number whose size does not depend on its value, since offsets depend on the sizes before them.
+void appendFixedSizeNumber(std::string& bytes, std::size_t value)
+{
+    bytes += static_cast<char>(29);
+    appendBigEndian(bytes, value, 4);
+}
+
+std::string index(std::span<const std::string> entries)
+{
+    std::string bytes;
+    appendBigEndian(bytes, entries.size(), 2);
+    if (entries.empty()) return bytes;
+    constexpr int offsetSize = 4;
+    bytes += static_cast<char>(offsetSize);
+    std::size_t offset = 1;
+    appendBigEndian(bytes, offset, offsetSize);
+    for (const std::string& entry : entries) {
+        offset += entry.size();
+        appendBigEndian(bytes, offset, offsetSize);
+    }
+    for (const std::string& entry : entries)
+        bytes += entry;
+    return bytes;
+}
+
+int rounded(double coordinate)
+{
+    // An outline beyond this comes from a broken font; charstrings cannot hold it.
+    constexpr double farthest = 16'000;
+    return static_cast<int>(std::lround(std::fmin(std::fmax(coordinate, -farthest), farthest)));
+}
+
+/// Where the parts lie, which are named in the top dictionary before they come.
+struct Offsets {
+    std::size_t charset{};
+    std::size_t fontDictSelect{};
+    std::size_t charStrings{};
+    std::size_t fontDicts{};
+};
+
+class TopDict {
+public:
+    TopDict(const CFFNames& names, std::size_t glyphs)
+    {
+        m_strings = {"Adobe", "Identity"};
+        appendNumber(m_start, firstOwnString);
+        appendNumber(m_start, firstOwnString + 1);
+        appendNumber(m_start, 0);
+        m_start += registryOrderingSupplement;
+        text(notice, names.notice);
+        text(fullName, names.fullName);
+        text(familyName, names.familyName);
+        appendFixedSizeNumber(m_start, glyphs);
+        m_start += cidCount;
+    }
+
+    [[nodiscard]] const std::vector<std::string>& strings() const { return m_strings; }
+
+    [[nodiscard]] std::string bytes(const Offsets& offsets) const
+    {
+        std::string all = m_start;
+        const auto append = [&all](std::size_t offset, std::string_view dictOperator) {
+            appendFixedSizeNumber(all, offset);
+            all += dictOperator;
+        };
+        append(offsets.charset, charset);
+        append(offsets.fontDictSelect, fontDictSelectAt);
+        append(offsets.charStrings, charStringsAt);
+        append(offsets.fontDicts, fontDictsAt);
+        return all;
+    }
+
+private:
+    void text(std::string_view dictOperator, const std::string& value)
+    {
+        if (value.empty()) return;
+        appendNumber(m_start, firstOwnString + static_cast<int>(m_strings.size()));
+        m_start += dictOperator;
+        m_strings.push_back(value);
+    }
+
+    std::string m_start;
+    std::vector<std::string> m_strings;
+};
+
+/// Each glyph's CID is its number.
+std::string identityCharset(std::size_t glyphs)
+{
+    std::string bytes;
+    if (glyphs < 2) return {1, '\0'}; // only the glyph that has no entry
+    bytes += '\2';
+    appendBigEndian(bytes, 1, 2);
+    appendBigEndian(bytes, glyphs - 2, 2);
+    return bytes;
+}
+
+/// All glyphs belong to the only font dictionary.
+std::string onlyFontDict(std::size_t glyphs)
+{
+    std::string bytes{'\3', '\0', '\1', '\0', '\0', '\0'};
+    appendBigEndian(bytes, glyphs, 2);
+    return bytes;
+}
+
+std::string fontDict(std::size_t privateSize, std::size_t privateOffset)
+{
+    std::string bytes;
+    appendFixedSizeNumber(bytes, privateSize);
+    appendFixedSizeNumber(bytes, privateOffset);
+    bytes += privateAt;
+    return bytes;
+}
+
+} // namespace
+
+CharString::CharString(double width)
+{
+    appendNumber(m_bytes, rounded(width)); // the nominal width is 0
+}
+
+void CharString::step(double x, double y)
+{
+    const int nextX = rounded(x);
+    const int nextY = rounded(y);
+    appendNumber(m_bytes, nextX - m_x);
+    appendNumber(m_bytes, nextY - m_y);
+    m_x = nextX;
+    m_y = nextY;
+}
+
+void CharString::moveTo(double x, double y)
+{
+    step(x, y);
+    m_bytes += rmoveto;
+}
+
+void CharString::lineTo(double x, double y)
+{
+    step(x, y);
+    m_bytes += rlineto;
+}
+
+void CharString::curveTo(double x1, double y1, double x2, double y2, double x, double y)
+{
+    step(x1, y1);
+    step(x2, y2);
+    step(x, y);
+    m_bytes += rrcurveto;
+}
+
+std::string CharString::finish()
+{
+    m_bytes += endchar;
+    return std::move(m_bytes);
+}
+
+std::string cffProgram(const CFFNames& names, std::span<const std::string> charStrings)
+{
+    const std::size_t glyphs = charStrings.size();
+    const std::string header{'\1', '\0', '\4', '\4'};
+    const std::string nameIndex = index(std::array{names.fontName});
+    const TopDict topDict(names, glyphs);
+    const std::string stringIndex = index(topDict.strings());
+    const std::string noSubroutines = index({});
+    const std::string charsetBytes = identityCharset(glyphs);
+    const std::string fontDictSelect = onlyFontDict(glyphs);
+    const std::string charStringIndex = index(charStrings);
+    std::string privateDict;
+    appendNumber(privateDict, 0);
+    privateDict += defaultWidthX;
+
+    Offsets offsets;
+    offsets.charset = header.size() + nameIndex.size() +
+                      index(std::array{topDict.bytes(offsets)}).size() + stringIndex.size() +
+                      noSubroutines.size();
+    offsets.fontDictSelect = offsets.charset + charsetBytes.size();
+    offsets.charStrings = offsets.fontDictSelect + fontDictSelect.size();
+    offsets.fontDicts = offsets.charStrings + charStringIndex.size();
+    const std::size_t privateOffset = offsets.fontDicts + index(std::array{fontDict(0, 0)}).size();
+
+    std::string program;
+    program.reserve(privateOffset + privateDict.size());
+    program += header;
+    program += nameIndex;
+    program += index(std::array{topDict.bytes(offsets)});
+    program += stringIndex;
+    program += noSubroutines;
+    program += charsetBytes;
+    program += fontDictSelect;
+    program += charStringIndex;
+    program += index(std::array{fontDict(privateDict.size(), privateOffset)});
+    program += privateDict;
+    return program;
+}
+
+} // namespace quillmark

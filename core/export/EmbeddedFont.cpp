@@ -1,0 +1,462 @@
+#include "export/EmbeddedFont.h"
+
+#include "export/CFFProgram.h"
+#include "fontfile/NameTable.h"
+#include "text/Utf8.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+#include <span>
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+#include FT_OUTLINE_H
+#include FT_TRUETYPE_TABLES_H
+#include FT_TRUETYPE_TAGS_H
+
+namespace quillmark {
+namespace {
+
+/// Codes take two bytes, and the last is left out, as some readers do.
+constexpr std::size_t mostCodes = 65'535;
+
+/// Outlines and colours that are loaded at this size in pixels are good on paper.
+constexpr unsigned imageSize = 128;
+
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+
+/// Characters that are one glyph each, left to right: Latin, Greek and Cyrillic without combining
+/// marks, and punctuation and symbols without formatting characters.
+constexpr std::array simpleRanges{
+    Range{0x0020, 0x007E}, Range{0x00A0, 0x00AC}, Range{0x00AE, 0x02FF}, Range{0x0370, 0x0482},
+    Range{0x048A, 0x052F}, Range{0x1E00, 0x1FFF}, Range{0x2010, 0x2027}, Range{0x202F, 0x205E},
+    Range{0x2070, 0x20CF}, Range{0x2100, 0x22FF}, Range{0x2500, 0x25FF}, Range{0xFFFD, 0xFFFD},
+};
+
+bool isSimple(char32_t character)
+{
+    return std::ranges::any_of(simpleRanges, [character](const Range& range) {
+        return character >= range.first && character <= range.last;
+    });
+}
+
+constexpr char32_t narrowNoBreakSpace = 0x202F;
+
+FT_Library freeType()
+{
+    // One for each thread, as FreeType wants it.
+    struct Library {
+        FT_Library library{};
+        Library()
+        {
+            if (::FT_Init_FreeType(&library) != 0) library = nullptr;
+        }
+        ~Library()
+        {
+            if (library != nullptr) ::FT_Done_FreeType(library);
+        }
+        Library(const Library&) = delete;
+        Library& operator=(const Library&) = delete;
+    };
+    thread_local const Library one;
+    return one.library;
+}
+
+/// What FreeType takes an outline apart into.
+struct Pen {
+    CharString& charString;
+    double scale{}; // to thousandths of an em
+    double x{};
+    double y{};
+
+    [[nodiscard]] double scaled(FT_Pos position) const
+    {
+        return static_cast<double>(position) * scale;
+    }
+
+    void reach(double nextX, double nextY)
+    {
+        x = nextX;
+        y = nextY;
+    }
+
+    static int move(const FT_Vector* to, void* pen)
+    {
+        Pen& self = *static_cast<Pen*>(pen);
+        self.reach(self.scaled(to->x), self.scaled(to->y));
+        self.charString.moveTo(self.x, self.y);
+        return 0;
+    }
+
+    static int line(const FT_Vector* to, void* pen)
+    {
+        Pen& self = *static_cast<Pen*>(pen);
+        self.reach(self.scaled(to->x), self.scaled(to->y));
+        self.charString.lineTo(self.x, self.y);
+        return 0;
+    }
+
+    /// A quadratic curve is a cubic one whose control points lie two thirds of the way to its own.
+    static int conic(const FT_Vector* control, const FT_Vector* to, void* pen)
+    {
+        Pen& self = *static_cast<Pen*>(pen);
+        const double controlX = self.scaled(control->x);
+        const double controlY = self.scaled(control->y);
+        const double endX = self.scaled(to->x);
+        const double endY = self.scaled(to->y);
+        const auto between = [](double from, double towards) {
+            return from + (towards - from) * 2 / 3;
+        };
+        self.charString.curveTo(between(self.x, controlX), between(self.y, controlY),
+                                between(endX, controlX), between(endY, controlY), endX, endY);
+        self.reach(endX, endY);
+        return 0;
+    }
+
+    static int cubic(const FT_Vector* control1, const FT_Vector* control2, const FT_Vector* to,
+                     void* pen)
+    {
+        Pen& self = *static_cast<Pen*>(pen);
+        self.reach(self.scaled(to->x), self.scaled(to->y));
+        self.charString.curveTo(self.scaled(control1->x), self.scaled(control1->y),
+                                self.scaled(control2->x), self.scaled(control2->y), self.x, self.y);
+        return 0;
+    }
+};
+
+std::string key(unsigned glyph, std::string_view text)
+{
+    std::string joined = std::to_string(glyph) + ' ';
+    return joined += text;
+}
+
+/// What a PDF name can hold without escapes.
+std::string nameCharacters(std::string_view name)
+{
+    std::string safe;
+    std::ranges::copy_if(name, std::back_inserter(safe), [](char character) {
+        const char lower = Utf8::asciiLower(character);
+        return (lower >= 'a' && lower <= 'z') || (character >= '0' && character <= '9') ||
+               character == '-' || character == '_' || character == '.';
+    });
+    return safe.empty() ? "Font" : safe;
+}
+
+/// Six capitals that differ where the program differs (ISO 32000-1, 9.6.4).
+std::string subsetPrefix(std::string_view program)
+{
+    std::uint64_t hash = 0xCBF29CE484222325U; // FNV-1a
+    for (const char byte : program)
+        hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3U;
+    std::string prefix;
+    for (int letter = 0; letter < 6; ++letter, hash /= 26)
+        prefix += static_cast<char>('A' + hash % 26);
+    return prefix + '+';
+}
+
+/// The strings of a CFF program have no encoding of their own; readers take them for ASCII.
+std::string asciiOnly(std::string_view text)
+{
+    std::string ascii;
+    while (!text.empty()) {
+        const Utf8::Character character = Utf8::first(text);
+        text.remove_prefix(character.length);
+        if (character.codePoint == 0xA9)
+            ascii += "(c)";
+        else
+            ascii += character.codePoint < 0x7F ? static_cast<char>(character.codePoint) : '?';
+    }
+    return ascii;
+}
+
+std::string toUnicode(const std::vector<std::string>& texts)
+{
+    std::string map = "/CIDInit/ProcSet findresource begin\n12 dict begin\nbegincmap\n"
+                      "/CIDSystemInfo<</Registry(Adobe)/Ordering(UCS)/Supplement 0>>def\n"
+                      "/CMapName/Adobe-Identity-UCS def\n/CMapType 2 def\n"
+                      "1 begincodespacerange\n<0000><FFFF>\nendcodespacerange\n";
+    constexpr std::size_t entriesOfBlock = 100; // no block may have more
+    std::vector<std::size_t> codes;
+    for (std::size_t code = 0; code < texts.size(); ++code) {
+        if (!texts[code].empty()) codes.push_back(code);
+    }
+    for (std::size_t start = 0; start < codes.size(); start += entriesOfBlock) {
+        const std::size_t end = std::min(codes.size(), start + entriesOfBlock);
+        map += std::to_string(end - start) + " beginbfchar\n";
+        for (const std::size_t code : std::span(codes).subspan(start, end - start)) {
+            std::string digits;
+            constexpr std::string_view hexadecimal = "0123456789ABCDEF";
+            for (int shift = 12; shift >= 0; shift -= 4)
+                digits += hexadecimal[(code >> static_cast<unsigned>(shift)) & 0xFU];
+            map += "<" + digits + "><" + utf16Digits(texts[code]) + ">\n";
+        }
+        map += "endbfchar\n";
+    }
+    map += "endcmap\nCMapName currentdict/CMap defineresource pop\nend\nend\n";
+    return map;
+}
+
+std::string widths(const std::vector<double>& advances)
+{
+    std::string entries = "/W[0";
+    if (std::ranges::all_of(advances,
+                            [&](double advance) { return advance == advances.front(); })) {
+        entries += ' ' + std::to_string(advances.size() - 1) + ' ';
+        appendNumber(entries, advances.front());
+    } else {
+        entries += '[';
+        for (const double advance : advances) {
+            appendNumber(entries, advance);
+            entries += ' ';
+        }
+        entries += ']';
+    }
+    return entries + ']';
+}
+
+} // namespace
+
+/// FreeType's face, and what only it can tell.
+class EmbeddedFont::Face {
+public:
+    explicit Face(FT_Face face) : m_face(face) {}
+    ~Face() { ::FT_Done_Face(m_face); }
+    Face(const Face&) = delete;
+    Face& operator=(const Face&) = delete;
+
+    [[nodiscard]] unsigned glyph(char32_t character) const
+    {
+        return ::FT_Get_Char_Index(m_face, character);
+    }
+
+    /// In thousandths of an em; the outline, where there is one, goes into `charString`.
+    double load(unsigned glyph, std::string& charString) const
+    {
+        constexpr auto outlines = FT_LOAD_NO_SCALE | FT_LOAD_NO_BITMAP;
+        double advance = 0;
+        if (m_face->units_per_EM == 0 || ::FT_Load_Glyph(m_face, glyph, outlines) != 0) {
+            advance = bitmapAdvance(glyph);
+            charString = CharString(advance).finish();
+            return advance;
+        }
+        const double scale = 1000.0 / m_face->units_per_EM;
+        advance = static_cast<double>(m_face->glyph->metrics.horiAdvance) * scale;
+        CharString drawn(advance);
+        if (m_face->glyph->format == FT_GLYPH_FORMAT_OUTLINE) {
+            Pen pen{drawn, scale};
+            FT_Outline_Funcs functions{};
+            functions.move_to = &Pen::move;
+            functions.line_to = &Pen::line;
+            functions.conic_to = &Pen::conic;
+            functions.cubic_to = &Pen::cubic;
+            ::FT_Outline_Decompose(&m_face->glyph->outline, &functions, &pen);
+        }
+        charString = drawn.finish();
+        return advance;
+    }
+
+    [[nodiscard]] std::optional<GlyphImage> image(unsigned glyph) const
+    {
+        if (!FT_HAS_COLOR(m_face) || !selectImageSize()) return std::nullopt;
+        if (::FT_Load_Glyph(m_face, glyph, FT_LOAD_COLOR | FT_LOAD_RENDER) != 0)
+            return std::nullopt;
+        const FT_Bitmap& bitmap = m_face->glyph->bitmap;
+        if (bitmap.pixel_mode != FT_PIXEL_MODE_BGRA || bitmap.width == 0 || bitmap.pitch <= 0)
+            return std::nullopt;
+        GlyphImage image;
+        image.width = static_cast<int>(bitmap.width);
+        image.height = static_cast<int>(bitmap.rows);
+        for (std::size_t row = 0; row < bitmap.rows; ++row)
+            appendRow(image, std::span(bitmap.buffer + row * static_cast<std::size_t>(bitmap.pitch),
+                                       std::size_t{4} * bitmap.width));
+        image.pixel = 1.0 / m_face->size->metrics.y_ppem;
+        image.left = m_face->glyph->bitmap_left * image.pixel;
+        image.bottom = (m_face->glyph->bitmap_top - image.height) * image.pixel;
+        return image;
+    }
+
+    [[nodiscard]] std::string postScriptName() const
+    {
+        const char* const name = ::FT_Get_Postscript_Name(m_face);
+        return nameCharacters(name == nullptr ? "" : name);
+    }
+
+    /// The font's own names, with its copyright and its licence, so that whoever reads the document
+    /// can tell what may be done with it.
+    [[nodiscard]] CFFNames names() const
+    {
+        CFFNames names;
+        const NameStrings strings = NameTable::strings(nameTable());
+        const auto text = [&strings](NameID id) {
+            const auto found = strings.find(static_cast<std::uint16_t>(id));
+            return found == strings.end() ? std::string() : asciiOnly(found->second);
+        };
+        names.fullName = text(NameID::fullName);
+        names.familyName = text(NameID::family);
+        names.notice = text(NameID::copyright);
+        const std::string license = text(NameID::licenseDescription);
+        if (!license.empty()) names.notice += names.notice.empty() ? license : " " + license;
+        constexpr std::size_t longestNotice = 1000;
+        names.notice.resize(std::min(names.notice.size(), longestNotice));
+        return names;
+    }
+
+    /// In thousandths of an em.
+    [[nodiscard]] std::array<long, 6> metrics() const
+    {
+        const long unit = std::max<long>(m_face->units_per_EM, 1);
+        const FT_BBox& box = m_face->bbox;
+        std::array<long, 6> values{box.xMin, box.yMin,         box.xMax,
+                                   box.yMax, m_face->ascender, m_face->descender};
+        for (long& value : values)
+            value = value * 1000 / unit;
+        return values;
+    }
+
+    [[nodiscard]] bool isFixedWidth() const { return FT_IS_FIXED_WIDTH(m_face); }
+
+private:
+    static void appendRow(GlyphImage& image, std::span<const unsigned char> pixels)
+    {
+        for (std::size_t pixel = 0; pixel < pixels.size(); pixel += 4) {
+            const unsigned alpha = pixels[pixel + 3];
+            for (const std::size_t channel : {2U, 1U, 0U}) {
+                // FreeType's colours are multiplied with the opacity already.
+                const unsigned color =
+                    alpha == 0 ? 0 : std::min(255U, pixels[pixel + channel] * 255U / alpha);
+                image.colors += static_cast<char>(color);
+            }
+            image.alpha += static_cast<char>(alpha);
+        }
+    }
+
+    [[nodiscard]] bool selectImageSize() const
+    {
+        if (m_face->num_fixed_sizes == 0)
+            return ::FT_Set_Pixel_Sizes(m_face, imageSize, imageSize) == 0;
+        return ::FT_Select_Size(m_face, m_face->num_fixed_sizes - 1) == 0; // the largest, usually
+    }
+
+    [[nodiscard]] double bitmapAdvance(unsigned glyph) const
+    {
+        if (!selectImageSize() || ::FT_Load_Glyph(m_face, glyph, FT_LOAD_COLOR) != 0) return 0;
+        return static_cast<double>(m_face->glyph->metrics.horiAdvance) / 64 * 1000 /
+               m_face->size->metrics.x_ppem;
+    }
+
+    [[nodiscard]] std::vector<std::byte> nameTable() const
+    {
+        FT_ULong size = 0;
+        std::vector<std::byte> table;
+        if (::FT_Load_Sfnt_Table(m_face, TTAG_name, 0, nullptr, &size) != 0 ||
+            size > NameTable::maximumFileBytes)
+            return table;
+        table.resize(size);
+        if (::FT_Load_Sfnt_Table(m_face, TTAG_name, 0, reinterpret_cast<FT_Byte*>(table.data()),
+                                 &size) != 0)
+            table.clear();
+        return table;
+    }
+
+    FT_Face m_face;
+};
+
+std::unique_ptr<EmbeddedFont> EmbeddedFont::open(const FontFile& file)
+{
+    FT_Face face = nullptr;
+    if (freeType() == nullptr ||
+        ::FT_New_Face(freeType(), file.path.c_str(), file.index, &face) != 0)
+        return nullptr;
+    return std::unique_ptr<EmbeddedFont>(new EmbeddedFont(std::make_unique<Face>(face)));
+}
+
+EmbeddedFont::EmbeddedFont(std::unique_ptr<Face> face) : m_face(std::move(face))
+{
+    add(0, {});
+}
+
+EmbeddedFont::~EmbeddedFont() = default;
+
+std::optional<GlyphCode> EmbeddedFont::code(char32_t character)
+{
+    if (character < m_simple.size() && m_simple[character]) return m_simple[character];
+    if (!isSimple(character)) return std::nullopt;
+    // Dates have a narrow space that few fonts know.
+    unsigned glyph = m_face->glyph(character == narrowNoBreakSpace ? U' ' : character);
+    // The sign for a character that cannot be shown is the glyph for what the font has not.
+    if (glyph == 0 && character != Utf8::replacementCharacter) return std::nullopt;
+    std::string text;
+    Utf8::append(text, character);
+    const GlyphCode made = code(glyph, text);
+    if (made == 0 || advance(made) <= 0) return std::nullopt;
+    if (character >= m_simple.size()) m_simple.resize(character + 1);
+    return m_simple[character] = made;
+}
+
+GlyphCode EmbeddedFont::code(unsigned glyph, std::string_view text)
+{
+    const auto known = m_codes.find(key(glyph, text));
+    if (known != m_codes.end()) return known->second;
+    return m_texts.size() < mostCodes ? add(glyph, text) : GlyphCode{0};
+}
+
+GlyphCode EmbeddedFont::add(unsigned glyph, std::string_view text)
+{
+    const auto added = static_cast<GlyphCode>(m_texts.size());
+    m_advances.push_back(m_face->load(glyph, m_charStrings.emplace_back()));
+    m_texts.emplace_back(text);
+    m_codes.emplace(key(glyph, text), added);
+    return added;
+}
+
+std::optional<GlyphImage> EmbeddedFont::image(unsigned glyph)
+{
+    return m_face->image(glyph);
+}
+
+void EmbeddedFont::write(PDFFile& file, PDFFile::Object object)
+{
+    CFFNames names = m_face->names();
+    names.fontName = m_face->postScriptName();
+    const std::string prefix = subsetPrefix(cffProgram(names, m_charStrings));
+    names.fontName = prefix + names.fontName;
+    const std::string program = cffProgram(names, m_charStrings);
+    const PDFFile::Object descendant = file.reserve();
+    const PDFFile::Object descriptor = file.reserve();
+    const PDFFile::Object texts = file.reserve();
+    file.write(object, "<</Type/Font/Subtype/Type0/BaseFont/" + names.fontName +
+                           "/Encoding/Identity-H/DescendantFonts[" + reference(descendant) +
+                           "]/ToUnicode " + reference(texts) + ">>");
+    file.write(descendant, "<</Type/Font/Subtype/CIDFontType0/BaseFont/" + names.fontName +
+                               "/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>"
+                               "/FontDescriptor " +
+                               reference(descriptor) + widths(m_advances) + ">>");
+    writeDescriptor(file, descriptor, names.fontName, program);
+    file.writeStream(texts, {}, toUnicode(m_texts));
+}
+
+void EmbeddedFont::writeDescriptor(PDFFile& file, PDFFile::Object object,
+                                   const std::string& fontName, const std::string& program) const
+{
+    const auto [left, bottom, right, top, ascent, descent] = m_face->metrics();
+    constexpr int fixedPitch = 1;
+    constexpr int symbolic = 4;
+    const int flags = symbolic + (m_face->isFixedWidth() ? fixedPitch : 0);
+    const PDFFile::Object fontFile = file.reserve();
+    std::string entries = "<</Type/FontDescriptor/FontName/" + fontName + "/Flags " +
+                          std::to_string(flags) + "/FontBBox[";
+    for (const long side : {left, bottom, right, top})
+        entries += std::to_string(side) + ' ';
+    entries += "]/ItalicAngle 0/Ascent " + std::to_string(ascent) + "/Descent " +
+               std::to_string(descent) + "/CapHeight " + std::to_string(ascent) +
+               "/StemV 80/FontFile3 " + reference(fontFile) + ">>";
+    file.write(object, entries);
+    file.writeStream(fontFile, "/Subtype/CIDFontType0C", program);
+}
+
+} // namespace quillmark

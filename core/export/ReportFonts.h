@@ -1,0 +1,38 @@
+// The files of the report's own face.
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace quillmark {
+
+/// A face in a font file: what fontconfig calls its index, with a named instance in the upper bits.
+struct FontFile {
+    std::string path;
+    int index{};
+    bool operator==(const FontFile&) const = default;
+};
+
+/// Receives lines that tell what goes otherwise than it should, without a line end.
+using Diagnostic = std::function<void(std::string_view)>;
+
+struct ReportFonts {
+    FontFile regular;
+    FontFile bold;
+
+    /// Courier Prime from `folder`. What is missing there, or cannot be read, is replaced by the
+    /// system's "Courier" and told to `diagnostic`, in a line that starts "Quillmark report font:
+    /// ".
+    [[nodiscard]] static ReportFonts load(const std::filesystem::path& folder,
+                                          const Diagnostic& diagnostic);
+};
+
+/// share/quillmark/Fonts beside the folder of the running program or beside one of the folders
+/// around it: so it is found in the build tree, when installed, and when all of it is moved. Empty
+/// when there is none.
+[[nodiscard]] std::filesystem::path reportFontFolder();
+
+} // namespace quillmark
