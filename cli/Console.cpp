@@ -1,8 +1,8 @@
 #include "cli/Console.h"
 
-#include "files/FileDescriptor.h"
 #include "cli/Help.h"
 #include "cli/Interruption.h"
+#include "files/FileDescriptor.h"
 #include "text/DisplayWidth.h"
 #include "text/Encoding.h"
 #include "text/Printable.h"
