@@ -1,5 +1,12 @@
 #include "notes/NotesBook.h"
 
+#include "files/DurableFile.h"
+#include "files/Folders.h"
+#include "notes/Limits.h"
+#include "notes/NotesFile.h"
+#include "notes/NotesJson.h"
+
+#include <cerrno>
 #include <utility>
 
 namespace quillmark {
@@ -23,6 +30,27 @@ void NotesBook::set(std::optional<LicenseNote> note, std::string_view key)
     }
     note->unknownKeys.merge(found->second.unknownKeys);
     found->second = *std::move(note);
+}
+
+NotesBook NotesBook::load(const std::filesystem::path& path)
+{
+    auto read = readNotesFile(path);
+    auto* const book = std::get_if<NotesBook>(&read);
+    return book == nullptr ? NotesBook() : std::move(*book);
+}
+
+std::optional<NotesError> NotesBook::save(const std::filesystem::path& path) const
+{
+    const auto failed = [&path](FileError error) {
+        return NotesError(NotesError::Kind::notSaved, path, std::move(error.reason));
+    };
+    if (auto error = makeFolders(path.parent_path())) return failed(*std::move(error));
+    const std::string bytes = NotesJson::encode(*this);
+    // Never write what could not be read again.
+    if (bytes.size() > Limits::notesFileBytes) return failed(FileError::ofSystem(EFBIG));
+    constexpr unsigned ownerOnly = 0600;
+    if (auto error = writeDurably(path, bytes, ownerOnly)) return failed(*std::move(error));
+    return std::nullopt;
 }
 
 } // namespace quillmark

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "notes/LicenseNote.h"
+#include "notes/NotesError.h"
 
+#include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
@@ -22,6 +24,14 @@ struct NotesBook {
     /// Keeps `note` under `key`; an absent or an empty one removes what is there. Unknown keys that
     /// the former note had and the new one lacks are taken over.
     void set(std::optional<LicenseNote> note, std::string_view key);
+
+    /// The book in the file at `path`; an empty one when there is none, or none that can be read.
+    /// NotesFile.h tells these apart.
+    [[nodiscard]] static NotesBook load(const std::filesystem::path& path);
+
+    /// Replaces the file at `path`, or at the end of the links there, whole and for good; makes the
+    /// missing folders on the way. After an error the former file is as it was.
+    [[nodiscard]] std::optional<NotesError> save(const std::filesystem::path& path) const;
 
     bool operator==(const NotesBook&) const = default;
 };

@@ -43,7 +43,7 @@ THIRD_PARTY = {
     "brotli": (r"brotli/.*", ["core/library/WOFF2.cpp"]),
     "libqpdf": (r"qpdf/.*", ["core/pdf/QPDF*"]),
     "GnuTLS": (r"gnutls/.*", ["core/pdf/GnuTLSOnDemand.cpp"]),
-    "nlohmann-json": (r"nlohmann/.*", ["core/coding/RecordCoding.cpp"]),
+    "nlohmann-json": (r"nlohmann/.*", ["core/coding/RecordCoding.cpp", "core/notes/NotesJson.cpp"]),
     "CLI11": (r"CLI/.*", ["cli/Options.cpp"]),
     "Qt's PDF writer": (r"QFont|QGuiApplication|QPainter|QPdfWriter", ["tests"]),
     "GoogleTest": (r"g(test|mock)/.*", ["tests"]),

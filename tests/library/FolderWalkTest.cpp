@@ -1,7 +1,7 @@
 #include "library/FolderWalk.h"
 
-#include "Unprivileged.h"
 #include "support/TemporaryFolder.h"
+#include "support/Unprivileged.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 #include "library/RegularFile.h"
 
-#include "Unprivileged.h"
 #include "support/TemporaryFolder.h"
+#include "support/Unprivileged.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
 #include "library/FontLibrary.h"
 
 #include "Fonts.h"
-#include "Unprivileged.h"
 #include "library/FolderWalk.h"
 #include "library/SystemFontService.h"
 #include "support/FakeFontService.h"
 #include "support/TemporaryFolder.h"
+#include "support/Unprivileged.h"
 
 #include <gmock/gmock.h>
 

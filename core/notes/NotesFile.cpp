@@ -1,0 +1,84 @@
+#include "notes/NotesFile.h"
+
+#include "files/DurableFile.h"
+#include "files/Folders.h"
+#include "files/ReadFile.h"
+#include "notes/Limits.h"
+#include "notes/NotesJson.h"
+#include "text/IsoDate.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace quillmark {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// "20261122T021000Z": the colons of the longer form are not for every file system.
+std::string fileNameDate(std::chrono::sys_seconds time)
+{
+    std::string date = isoDate(time);
+    std::erase_if(date, [](char character) { return character == '-' || character == ':'; });
+    return date;
+}
+
+/// Zero or the system's error number; never replaces a file.
+int addName(const fs::path& file, const fs::path& name)
+{
+    if (link(file.c_str(), name.c_str()) == 0) return 0;
+    if (errno == EEXIST) return EEXIST;
+    // Not every file system has second names, nor may every file be given one.
+    return renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) == 0 ? 0
+                                                                                            : errno;
+}
+
+} // namespace
+
+std::variant<NotesBook, NotesError> readNotesFile(const fs::path& path)
+{
+    const auto read = readFile(path, Limits::notesFileBytes);
+    if (const auto* error = std::get_if<FileError>(&read)) {
+        const auto kind =
+            error->number == ENOENT ? NotesError::Kind::missing : NotesError::Kind::unreadable;
+        return NotesError(kind, path, error->reason);
+    }
+    auto decoded = NotesJson::decode(std::get<std::string>(read));
+    if (auto* damage = std::get_if<NotesJson::Damage>(&decoded))
+        return NotesError(NotesError::Kind::malformed, path, std::move(damage->reason));
+    return std::move(std::get<NotesBook>(decoded));
+}
+
+std::variant<fs::path, NotesError> keepUnreadable(const fs::path& path,
+                                                  std::chrono::sys_seconds now)
+{
+    const auto failed = [&path](FileError error) {
+        return NotesError(NotesError::Kind::notSaved, path, std::move(error.reason));
+    };
+    const fs::path file = endOfLinks(path);
+    struct stat status {};
+    if (lstat(file.c_str(), &status) != 0) return failed(FileError::ofSystem(errno));
+    if (!S_ISREG(status.st_mode)) return failed({0, "Not a regular file"});
+
+    const std::string stem = path.stem().native() + ".unreadable-" + fileNameDate(now);
+    constexpr int mostInOneSecond = 1000;
+    for (int number = 1; number <= mostInOneSecond; ++number) {
+        const std::string counted = number == 1 ? stem : stem + "-" + std::to_string(number);
+        fs::path kept = file.parent_path() / (counted + path.extension().native());
+        const int error = addName(file, kept);
+        if (error == EEXIST) continue;
+        if (error != 0) return failed(FileError::ofSystem(error));
+        if (const int unsure = syncFolder(kept.parent_path()); unsure != 0)
+            return failed(FileError::ofSystem(unsure));
+        return kept;
+    }
+    return failed(FileError::ofSystem(EEXIST));
+}
+
+} // namespace quillmark

@@ -1,0 +1,448 @@
+// Notes on the disk: where they are read from, and what becomes of the file when saving goes wrong.
+#include "notes/NotesFile.h"
+
+#include "notes/Limits.h"
+#include "notes/NotesBook.h"
+#include "support/TemporaryFolder.h"
+#include "support/Unprivileged.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <optional>
+#include <random>
+#include <sched.h>
+#include <string>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <variant>
+#include <vector>
+
+namespace quillmark::test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+constexpr std::chrono::sys_seconds moment(1'795'313'400s); // 2026-11-22, ten past two
+
+class NotesFileTest : public testing::Test {
+protected:
+    [[nodiscard]] fs::path at(const fs::path& relative) const { return folder.path() / relative; }
+
+    [[nodiscard]] std::string content(const fs::path& relative) const
+    {
+        std::ifstream file(at(relative), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    [[nodiscard]] std::vector<std::string> names(const fs::path& relative = {}) const
+    {
+        std::vector<std::string> found;
+        for (const auto& entry : fs::directory_iterator(at(relative)))
+            found.push_back(entry.path().filename());
+        std::ranges::sort(found);
+        return found;
+    }
+    [[nodiscard]] mode_t mode(const fs::path& relative) const
+    {
+        struct stat status {};
+        EXPECT_EQ(stat(at(relative).c_str(), &status), 0);
+        return status.st_mode & 07777U;
+    }
+    [[nodiscard]] std::optional<NotesError> errorOf(const fs::path& relative) const
+    {
+        auto read = readNotesFile(at(relative));
+        auto* const error = std::get_if<NotesError>(&read);
+        return error == nullptr ? std::nullopt : std::optional(std::move(*error));
+    }
+
+    TemporaryFolder folder;
+};
+
+NotesBook bookOf(const std::string& text, int notes = 1)
+{
+    NotesBook book;
+    for (int i = 0; i < notes; ++i)
+        book.set(LicenseNote{.license = HeldLicense::desktop, .text = text, .updated = moment},
+                 "Font-" + std::to_string(i));
+    return book;
+}
+
+/// What `work` returns, from a process of its own.
+int inChild(const std::function<int()>& work)
+{
+    const pid_t child = fork();
+    if (child == 0) _exit(work());
+    int status = 0;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// Saving
+
+TEST_F(NotesFileTest, SavedIsWhatIsLoaded)
+{
+    const NotesBook book = bookOf("two seats", 3);
+    EXPECT_EQ(book.save(at("notes.json")), std::nullopt);
+    EXPECT_EQ(NotesBook::load(at("notes.json")), book);
+    EXPECT_THAT(names(), ElementsAre("notes.json"));
+}
+
+TEST_F(NotesFileTest, WithoutNotesIsSavedAsAnObjectWithEmptyNotes)
+{
+    EXPECT_EQ(NotesBook{}.save(at("notes.json")), std::nullopt);
+    EXPECT_EQ(content("notes.json"), "{\n  \"notes\": {}\n}\n");
+}
+
+TEST_F(NotesFileTest, IsMadeWithTheMissingFoldersForItsOwnerOnly)
+{
+    EXPECT_EQ(bookOf("x").save(at("share/Quillmark/notes.json")), std::nullopt);
+    EXPECT_EQ(mode("share"), 0700U);
+    EXPECT_EQ(mode("share/Quillmark"), 0700U);
+    EXPECT_EQ(mode("share/Quillmark/notes.json"), 0600U);
+}
+
+TEST_F(NotesFileTest, KeepsThePermissionsThatItsOwnerGaveIt)
+{
+    EXPECT_EQ(bookOf("old").save(at("notes.json")), std::nullopt);
+    ASSERT_EQ(chmod(at("notes.json").c_str(), 0640), 0);
+    EXPECT_EQ(bookOf("new").save(at("notes.json")), std::nullopt);
+    EXPECT_EQ(mode("notes.json"), 0640U);
+}
+
+TEST_F(NotesFileTest, BehindALinkIsReplacedAndTheLinkStays)
+{
+    EXPECT_EQ(bookOf("old").save(at("synchronised/my-notes.json")), std::nullopt);
+    fs::create_symlink("synchronised/my-notes.json", at("notes.json"));
+    EXPECT_EQ(NotesBook::load(at("notes.json")), bookOf("old"));
+    EXPECT_EQ(bookOf("new").save(at("notes.json")), std::nullopt);
+    EXPECT_TRUE(fs::is_symlink(at("notes.json")));
+    EXPECT_EQ(NotesBook::load(at("synchronised/my-notes.json")), bookOf("new"));
+}
+
+TEST_F(NotesFileTest, OverwritesACorruptOne)
+{
+    folder.write("notes.json", "{ corrupt");
+    EXPECT_EQ(bookOf("new").save(at("notes.json")), std::nullopt);
+    EXPECT_EQ(NotesBook::load(at("notes.json")), bookOf("new"));
+}
+
+TEST_F(NotesFileTest, BelowAFileCannotBeSaved)
+{
+    folder.write("Quillmark", "a file");
+    const auto error = bookOf("x").save(at("Quillmark/notes.json"));
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->kind, NotesError::Kind::notSaved);
+    EXPECT_EQ(error->sentence(),
+              at("Quillmark/notes.json").string() + " could not be written: Not a directory.");
+    EXPECT_THAT(names(), ElementsAre("Quillmark"));
+    EXPECT_EQ(content("Quillmark"), "a file");
+}
+
+TEST_F(NotesFileTest, IsNotSavedInPlaceOfAFolder)
+{
+    fs::create_directory(at("notes.json"));
+    const auto error = bookOf("x").save(at("notes.json"));
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->reason, "Is a directory");
+    EXPECT_THAT(names(), ElementsAre("notes.json"));
+}
+
+TEST_F(NotesFileTest, IsNotSavedInPlaceOfAPipe)
+{
+    ASSERT_EQ(mkfifo(at("notes.json").c_str(), 0600), 0);
+    const auto error = bookOf("x").save(at("notes.json"));
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->reason, "Not a regular file");
+    EXPECT_TRUE(fs::is_fifo(at("notes.json")));
+    EXPECT_THAT(names(), ElementsAre("notes.json"));
+}
+
+TEST_F(NotesFileTest, InAFolderThatMayNotBeChangedStaysAsItWas)
+{
+    EXPECT_EQ(bookOf("old").save(at("notes.json")), std::nullopt);
+    ASSERT_EQ(chmod(at("notes.json").c_str(), 0644), 0);
+    fs::permissions(folder.path(), fs::perms(0555));
+    std::optional<NotesError> error;
+    {
+        const Unprivileged nobody(folder.path());
+        error = bookOf("new").save(at("notes.json"));
+    }
+    fs::permissions(folder.path(), fs::perms(0755));
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->reason, "Permission denied");
+    EXPECT_EQ(NotesBook::load(at("notes.json")), bookOf("old"));
+    EXPECT_THAT(names(), ElementsAre("notes.json"));
+}
+
+TEST_F(NotesFileTest, LargerThanCouldBeReadAgainIsNotSaved)
+{
+    EXPECT_EQ(bookOf("old").save(at("notes.json")), std::nullopt);
+    const auto error = bookOf(std::string(Limits::notesFileBytes, 'x')).save(at("notes.json"));
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->reason, "File too large");
+    EXPECT_EQ(NotesBook::load(at("notes.json")), bookOf("old"));
+    EXPECT_THAT(names(), ElementsAre("notes.json"));
+}
+
+TEST_F(NotesFileTest, StaysAsItWasWhenTheLimitOnFileSizesIsReached)
+{
+    EXPECT_EQ(bookOf("old").save(at("notes.json")), std::nullopt);
+    EXPECT_EQ(inChild([this] {
+                  const rlimit limit{10'000, 10'000};
+                  setrlimit(RLIMIT_FSIZE, &limit);
+                  static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
+                  const auto error = bookOf("new", 1000).save(at("notes.json"));
+                  return error && error->reason == "File too large" ? 0 : 1;
+              }),
+              0);
+    EXPECT_EQ(NotesBook::load(at("notes.json")), bookOf("old"));
+    EXPECT_THAT(names(), ElementsAre("notes.json"));
+}
+
+TEST_F(NotesFileTest, OnAFullDiskStaysAsItWas)
+{
+    constexpr int notPermitted = 77;
+    fs::create_directory(at("disk"));
+    const int result = inChild([this] {
+        // A name space of its own takes the small disk with it when the process ends.
+        if (unshare(CLONE_NEWNS) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
+            return notPermitted;
+        if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            mount("tmpfs", at("disk").c_str(), "tmpfs", 0, "size=64k") != 0)
+            return notPermitted;
+        if (bookOf("old").save(at("disk/notes.json"))) return 1;
+        const auto error = bookOf("new", 1000).save(at("disk/notes.json"));
+        if (!error || error->reason != "No space left on device") return 2;
+        if (NotesBook::load(at("disk/notes.json")) != bookOf("old")) return 3;
+        return names("disk") == std::vector<std::string>{"notes.json"} ? 0 : 4;
+    });
+    if (result == notPermitted) GTEST_SKIP() << "this system lets no test mount a small disk";
+    EXPECT_EQ(result, 0);
+}
+
+TEST_F(NotesFileTest, OnAReadOnlyDiskStaysAsItWas)
+{
+    constexpr int notPermitted = 77;
+    EXPECT_EQ(bookOf("old").save(at("disk/notes.json")), std::nullopt);
+    const int result = inChild([this] {
+        if (unshare(CLONE_NEWNS) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
+            return notPermitted;
+        const std::string disk = at("disk");
+        if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            mount(disk.c_str(), disk.c_str(), nullptr, MS_BIND, nullptr) != 0 ||
+            mount(nullptr, disk.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) != 0)
+            return notPermitted;
+        const auto error = bookOf("new").save(at("disk/notes.json"));
+        return error && error->reason == "Read-only file system" ? 0 : 1;
+    });
+    if (result == notPermitted) GTEST_SKIP() << "this system lets no test mount a disk";
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(NotesBook::load(at("disk/notes.json")), bookOf("old"));
+    EXPECT_THAT(names("disk"), ElementsAre("notes.json"));
+}
+
+TEST_F(NotesFileTest, IsWholeWheneverTheProcessIsKilled)
+{
+    const NotesBook one = bookOf("one", 20);
+    const NotesBook other = bookOf("the other", 30);
+    ASSERT_EQ(one.save(at("notes.json")), std::nullopt);
+    std::minstd_rand random(20261122);
+    int changed = 0;
+    for (int round = 0; round < 60; ++round) {
+        const NotesBook before = NotesBook::load(at("notes.json"));
+        const pid_t child = fork();
+        if (child == 0) {
+            for (int turn = 0; turn < 10'000; ++turn)
+                if ((turn % 2 == 0 ? other : one).save(at("notes.json"))) _exit(1);
+            _exit(2);
+        }
+        usleep(static_cast<useconds_t>(random() % 40'000));
+        kill(child, SIGKILL);
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "it was meant to be killed while it saved";
+        const NotesBook after = NotesBook::load(at("notes.json"));
+        ASSERT_TRUE(after == one || after == other) << content("notes.json");
+        if (after != before) ++changed;
+    }
+    EXPECT_GT(changed, 0) << "no save came through before its process was killed";
+}
+
+// Loading
+
+TEST_F(NotesFileTest, ThatIsMissingLoadsAsAnEmptyBook)
+{
+    EXPECT_EQ(NotesBook::load(at("notes.json")), NotesBook{});
+    EXPECT_EQ(errorOf("notes.json")->kind, NotesError::Kind::missing);
+    EXPECT_EQ(errorOf("notes.json")->sentence(),
+              at("notes.json").string() + " could not be read: No such file or directory.");
+}
+
+TEST_F(NotesFileTest, BehindALinkThatLeadsNowhereIsMissing)
+{
+    fs::create_symlink("nowhere.json", at("notes.json"));
+    EXPECT_EQ(errorOf("notes.json")->kind, NotesError::Kind::missing);
+}
+
+TEST_F(NotesFileTest, WithAnUnknownLicenseLoadsAsAnEmptyBook)
+{
+    EXPECT_EQ(bookOf("x", 2).save(at("notes.json")), std::nullopt);
+    std::string text = content("notes.json");
+    text.replace(text.find("\"desktop\""), 9, "\"lifetime\"");
+    folder.write("notes.json", text);
+    EXPECT_EQ(NotesBook::load(at("notes.json")), NotesBook{});
+    EXPECT_EQ(errorOf("notes.json")->kind, NotesError::Kind::malformed);
+    EXPECT_EQ(errorOf("notes.json")->sentence(),
+              at("notes.json").string() + " could not be read as license notes: the note on "
+                                          "\"Font-0\" has no valid \"license\".");
+}
+
+TEST_F(NotesFileTest, ThatIsEmptyIsMalformed)
+{
+    folder.write("notes.json", "");
+    EXPECT_EQ(NotesBook::load(at("notes.json")), NotesBook{});
+    EXPECT_EQ(errorOf("notes.json")->kind, NotesError::Kind::malformed);
+    EXPECT_EQ(errorOf("notes.json")->reason, "it is not JSON");
+}
+
+TEST_F(NotesFileTest, ThatIsAFolderIsUnreadable)
+{
+    fs::create_directory(at("notes.json"));
+    EXPECT_EQ(NotesBook::load(at("notes.json")), NotesBook{});
+    EXPECT_EQ(errorOf("notes.json")->kind, NotesError::Kind::unreadable);
+    EXPECT_EQ(errorOf("notes.json")->reason, "Is a directory");
+}
+
+TEST_F(NotesFileTest, ThatIsAPipeIsNotWaitedFor)
+{
+    ASSERT_EQ(mkfifo(at("notes.json").c_str(), 0600), 0);
+    EXPECT_EQ(NotesBook::load(at("notes.json")), NotesBook{});
+    EXPECT_EQ(errorOf("notes.json")->kind, NotesError::Kind::unreadable);
+}
+
+TEST_F(NotesFileTest, ThatMayNotBeReadIsUnreadable)
+{
+    EXPECT_EQ(bookOf("x").save(at("notes.json")), std::nullopt);
+    std::optional<NotesError> error;
+    {
+        const Unprivileged nobody(folder.path());
+        ASSERT_TRUE(geteuid() == 65534 || chmod(at("notes.json").c_str(), 0) == 0);
+        error = errorOf("notes.json");
+    }
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->kind, NotesError::Kind::unreadable);
+    EXPECT_EQ(error->reason, "Permission denied");
+}
+
+TEST_F(NotesFileTest, OfMoreThanTheLimitIsUnreadable)
+{
+    std::string text = "{\"notes\": {}}";
+    text.resize(Limits::notesFileBytes, ' ');
+    folder.write("notes.json", text);
+    EXPECT_EQ(errorOf("notes.json"), std::nullopt);
+    folder.write("notes.json", text + ' ');
+    EXPECT_EQ(errorOf("notes.json")->kind, NotesError::Kind::unreadable);
+    EXPECT_EQ(errorOf("notes.json")->reason, "File too large");
+}
+
+TEST_F(NotesFileTest, OfAGigabyteIsUnreadableAtOnce)
+{
+    folder.write("notes.json", "{");
+    fs::resize_file(at("notes.json"), std::uintmax_t{1} << 30U);
+    EXPECT_EQ(NotesBook::load(at("notes.json")), NotesBook{});
+    EXPECT_EQ(errorOf("notes.json")->reason, "File too large");
+}
+
+TEST_F(NotesFileTest, IsNamedInMessagesAsFarAsItsNameIsText)
+{
+    EXPECT_THAT(errorOf("not\xFF"
+                        "es.json")
+                    ->sentence(),
+                HasSubstr("/not\xEF\xBF\xBD"
+                          "es.json could"));
+}
+
+TEST_F(NotesFileTest, OfTenThousandNotesComesBackWhole)
+{
+    const NotesBook book = bookOf(std::string(200, 'x'), 10'000);
+    EXPECT_EQ(book.save(at("notes.json")), std::nullopt);
+    EXPECT_EQ(NotesBook::load(at("notes.json")), book);
+}
+
+// Keeping what cannot be read
+
+constexpr const char* keptName = "notes.unreadable-20261122T021000Z.json";
+
+TEST_F(NotesFileTest, ThatCannotBeReadIsKeptUnderAnotherName)
+{
+    folder.write("notes.json", "corrupt");
+    const auto kept = keepUnreadable(at("notes.json"), moment);
+    ASSERT_TRUE(std::holds_alternative<fs::path>(kept));
+    EXPECT_EQ(std::get<fs::path>(kept), at(keptName));
+    EXPECT_EQ(bookOf("new").save(at("notes.json")), std::nullopt);
+    EXPECT_EQ(content(keptName), "corrupt");
+    EXPECT_EQ(NotesBook::load(at("notes.json")), bookOf("new"));
+    EXPECT_THAT(names(), ElementsAre("notes.json", keptName));
+}
+
+TEST_F(NotesFileTest, ThatIsKeptNeverReplacesAnother)
+{
+    folder.write("notes.json", "third");
+    folder.write(keptName, "first");
+    folder.write("notes.unreadable-20261122T021000Z-2.json", "second");
+    const auto kept = keepUnreadable(at("notes.json"), moment);
+    ASSERT_TRUE(std::holds_alternative<fs::path>(kept));
+    EXPECT_EQ(std::get<fs::path>(kept), at("notes.unreadable-20261122T021000Z-3.json"));
+    EXPECT_EQ(content(keptName), "first");
+    EXPECT_EQ(content("notes.unreadable-20261122T021000Z-2.json"), "second");
+    EXPECT_EQ(content("notes.unreadable-20261122T021000Z-3.json"), "third");
+}
+
+TEST_F(NotesFileTest, ThatMayNotBeReadIsKeptAllTheSame)
+{
+    folder.write("notes.json", "secret");
+    ASSERT_EQ(chmod(at("notes.json").c_str(), 0), 0);
+    const auto kept = keepUnreadable(at("notes.json"), moment);
+    EXPECT_TRUE(std::holds_alternative<fs::path>(kept));
+    EXPECT_TRUE(fs::is_regular_file(at(keptName)));
+}
+
+TEST_F(NotesFileTest, BehindALinkIsKeptBesideItself)
+{
+    folder.write("deep/mine.json", "corrupt");
+    fs::create_symlink("deep/mine.json", at("notes.json"));
+    ASSERT_TRUE(std::holds_alternative<fs::path>(keepUnreadable(at("notes.json"), moment)));
+    EXPECT_EQ(bookOf("new").save(at("notes.json")), std::nullopt);
+    EXPECT_EQ(content(fs::path("deep") / keptName), "corrupt");
+    EXPECT_EQ(NotesBook::load(at("deep/mine.json")), bookOf("new"));
+}
+
+TEST_F(NotesFileTest, ThatIsMissingCannotBeKept)
+{
+    const auto kept = keepUnreadable(at("notes.json"), moment);
+    ASSERT_TRUE(std::holds_alternative<NotesError>(kept));
+    EXPECT_EQ(std::get<NotesError>(kept).reason, "No such file or directory");
+    EXPECT_THAT(names(), ElementsAre());
+}
+
+TEST_F(NotesFileTest, ThatIsAFolderCannotBeKept)
+{
+    fs::create_directory(at("notes.json"));
+    ASSERT_TRUE(std::holds_alternative<NotesError>(keepUnreadable(at("notes.json"), moment)));
+    EXPECT_THAT(names(), ElementsAre("notes.json"));
+}
+
+} // namespace
+} // namespace quillmark::test
