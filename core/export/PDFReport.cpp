@@ -51,7 +51,8 @@ std::optional<std::vector<std::byte>> pdfReport(std::string_view title, std::str
                                                 std::chrono::system_clock::time_point date,
                                                 const ReportSetting& setting)
 {
-    ReportPages pages(ReportFonts::load(setting.fontFolder, setting.diagnostic));
+    ReportPages pages(ReportFonts::load(setting.fontFolder, setting.diagnostic),
+                      setting.diagnostic);
     if (!pages.isReady()) return std::nullopt;
     const auto heading =
         ReportText::heading(title, subtitle, dateText(date), AuditSummary::of(rows));

@@ -1,5 +1,7 @@
 #include "export/ReportFonts.h"
 
+#include "export/ProgramFiles.h"
+
 #include <memory>
 #include <system_error>
 
@@ -64,15 +66,7 @@ ReportFonts ReportFonts::load(const std::filesystem::path& folder, const Diagnos
 
 std::filesystem::path reportFontFolder()
 {
-    constexpr int levels = 4; // a test program lies that deep in the build tree
-    std::error_code error;
-    std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe", error);
-    for (int level = 0; level < levels && folder.has_relative_path(); ++level) {
-        folder = folder.parent_path();
-        std::filesystem::path fonts = folder / "share" / "quillmark" / "Fonts";
-        if (std::filesystem::is_directory(fonts, error)) return fonts;
-    }
-    return {};
+    return besideProgram("share/quillmark/Fonts");
 }
 
 } // namespace quillmark

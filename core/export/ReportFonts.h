@@ -30,9 +30,7 @@ struct ReportFonts {
                                           const Diagnostic& diagnostic);
 };
 
-/// share/quillmark/Fonts beside the folder of the running program or beside one of the folders
-/// around it: so it is found in the build tree, when installed, and when all of it is moved. Empty
-/// when there is none.
+/// Where the report's own faces are, beside the running program.
 [[nodiscard]] std::filesystem::path reportFontFolder();
 
 } // namespace quillmark

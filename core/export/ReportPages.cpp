@@ -65,7 +65,10 @@ bool hasText(const Line& line)
 
 } // namespace
 
-ReportPages::ReportPages(const ReportFonts& fonts) : m_setter(fonts, ReportPage::frameWidth) {}
+ReportPages::ReportPages(const ReportFonts& fonts, const Diagnostic& diagnostic)
+    : m_setter(fonts, ReportPage::frameWidth, diagnostic)
+{
+}
 
 bool ReportPages::isPageEmpty() const
 {

@@ -27,7 +27,7 @@ inline constexpr double footerBaseline = 40;
 
 class ReportPages {
 public:
-    explicit ReportPages(const ReportFonts& fonts);
+    ReportPages(const ReportFonts& fonts, const Diagnostic& diagnostic);
 
     /// Whether there are fonts to write with. Nothing else may be asked if not.
     [[nodiscard]] bool isReady() const { return m_setter.isReady(); }

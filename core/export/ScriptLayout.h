@@ -1,13 +1,14 @@
 // Text that needs more than one glyph after the other: scripts that join, stack or run from right
-// to left, and characters that only other fonts have. The one place that knows Pango.
+// to left, and characters that only other fonts have. Pango lays it out, in a module that is loaded
+// when it is first needed; see PangoModule.cpp.
 #pragma once
 
 #include "export/ReportFonts.h"
 #include "export/ReportText.h"
+#include "export/ScriptModule.h"
 
 #include <cstddef>
-#include <memory>
-#include <string>
+#include <list>
 #include <vector>
 
 namespace quillmark {
@@ -41,14 +42,21 @@ public:
     ScriptLayout(const ScriptLayout&) = delete;
     ScriptLayout& operator=(const ScriptLayout&) = delete;
 
-    /// The paragraph's lines. `indent` and `hang` are the room before its first line and before the
-    /// others, as `width` in points. The font files live as long as this object.
+    /// Whether the module and its libraries were found.
+    [[nodiscard]] bool isReady() const { return m_layout != nullptr; }
+
+    /// The paragraph's lines; none when it is not ready. `indent` and `hang` are the room before
+    /// its first line and before the others, as `width` in points. The font files live as long as
+    /// this object.
     [[nodiscard]] std::vector<ScriptLine> lines(const Paragraph& paragraph, double width,
                                                 double indent, double hang);
 
 private:
-    class Pango;
-    std::unique_ptr<Pango> m_pango;
+    const FontFile* keep(const ScriptModule::Font* font);
+
+    const ScriptModule::Functions* m_functions{};
+    void* m_layout{};
+    std::list<FontFile> m_files; // which keeps their addresses
 };
 
 } // namespace quillmark

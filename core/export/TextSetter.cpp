@@ -112,7 +112,8 @@ std::size_t pieceEnd(std::string_view text, std::size_t start)
 
 } // namespace
 
-TextSetter::TextSetter(const ReportFonts& fonts, double width) : m_files(fonts), m_width(width)
+TextSetter::TextSetter(const ReportFonts& fonts, double width, Diagnostic diagnostic)
+    : m_files(fonts), m_width(width), m_diagnostic(std::move(diagnostic))
 {
     for (const FontFile& file : {fonts.regular, fonts.bold}) {
         m_fontFiles.push_back(file);
@@ -145,8 +146,9 @@ double TextSetter::room(const Paragraph& paragraph, std::size_t blanks)
     return static_cast<double>(blanks) * advance * paragraph.size / 1000;
 }
 
-/// Whether the report's own faces have all that the paragraph needs, each glyph by itself.
-bool TextSetter::takeCharacters(const Paragraph& paragraph)
+/// Whether the report's own faces have all that the paragraph needs, each glyph by itself; always,
+/// when what is missing is replaced by their glyph for it.
+bool TextSetter::takeCharacters(const Paragraph& paragraph, Missing missing)
 {
     m_characters.clear();
     std::size_t start = 0;
@@ -156,8 +158,11 @@ bool TextSetter::takeCharacters(const Paragraph& paragraph)
         std::string_view text = run.text;
         while (!text.empty()) {
             const Utf8::Character character = Utf8::first(text);
-            const auto code = font.code(character.codePoint);
-            if (!code) return false;
+            auto code = font.code(character.codePoint);
+            if (!code) {
+                if (missing == Missing::refused) return false;
+                code = font.code(0U, text.substr(0, character.length));
+            }
             m_characters.push_back({*code, character.codePoint, index, start,
                                     font.advance(*code) * paragraph.size / 1000});
             start += character.length;
@@ -238,7 +243,16 @@ Line TextSetter::lineOf(const Paragraph& paragraph, std::size_t first, std::size
 void TextSetter::setPiece(const Paragraph& piece, std::vector<Line>& lines)
 {
     if (takeCharacters(piece)) return setCharacters(piece, lines);
-    if (!m_scripts) m_scripts = std::make_unique<ScriptLayout>(m_files);
+    if (!m_scripts) {
+        m_scripts = std::make_unique<ScriptLayout>(m_files);
+        if (!m_scripts->isReady())
+            m_diagnostic("Quillmark report font: Pango is missing; text in other scripts can be "
+                         "searched, but not seen.");
+    }
+    if (!m_scripts->isReady()) {
+        takeCharacters(piece, Missing::replaced);
+        return setCharacters(piece, lines);
+    }
     const std::string text = piece.text();
     const auto laidOut =
         m_scripts->lines(piece, m_width, room(piece, piece.indent), room(piece, piece.hang));

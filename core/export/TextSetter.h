@@ -55,7 +55,7 @@ struct Line {
 class TextSetter {
 public:
     /// `width`: of the frame, in points.
-    TextSetter(const ReportFonts& fonts, double width);
+    TextSetter(const ReportFonts& fonts, double width, Diagnostic diagnostic);
 
     /// Whether both faces of the report could be opened. Nothing else may be asked if not.
     [[nodiscard]] bool isReady() const { return m_isReady; }
@@ -76,7 +76,9 @@ private:
     };
     using Characters = std::vector<Character>;
 
-    bool takeCharacters(const Paragraph& paragraph);
+    enum class Missing { refused, replaced };
+
+    bool takeCharacters(const Paragraph& paragraph, Missing missing = Missing::refused);
     void setCharacters(const Paragraph& paragraph, std::vector<Line>& lines);
     void setPiece(const Paragraph& piece, std::vector<Line>& lines);
     [[nodiscard]] std::size_t lineEnd(std::size_t first, double width, double nextWidth) const;
@@ -91,6 +93,7 @@ private:
 
     ReportFonts m_files;
     double m_width;
+    Diagnostic m_diagnostic;
     std::unique_ptr<ScriptLayout> m_scripts; // when first needed
     std::vector<FontFile> m_fontFiles;       // of m_fonts, in their order
     std::vector<std::unique_ptr<EmbeddedFont>> m_fonts;

@@ -30,14 +30,14 @@ THIRD_PARTY = {
         [
             "core/library/InstalledFonts.cpp",
             "core/export/ReportFonts.cpp",
-            "core/export/ScriptLayout.cpp",
+            "core/export/PangoModule.cpp",
         ],
     ),
     "FreeType": (
         r"ft2build\.h|freetype/.*",
         ["core/library/FreeTypeFaces.cpp", "core/export/EmbeddedFont.cpp"],
     ),
-    "Pango": (r"pango/.*", ["core/export/ScriptLayout.cpp"]),
+    "Pango": (r"pango/.*", ["core/export/PangoModule.cpp"]),
     "zlib": (r"zlib\.h", ["core/library/Inflate.cpp", "core/pdf/Inflater.cpp"]),
     "libdeflate": (r"libdeflate\.h", ["core/pdf/Inflater.cpp", "core/export/PDFFile.cpp"]),
     "brotli": (r"brotli/.*", ["core/library/WOFF2.cpp"]),

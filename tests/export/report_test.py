@@ -9,6 +9,7 @@ report's own face.
 import json
 import os
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -356,6 +357,31 @@ class Report(unittest.TestCase):
         fonts = run("pdffonts", self.report("broken")).decode()
         self.assertIn("+CourierPrime-Regular", fonts)
         self.assertNotIn("+CourierPrime-Bold", fonts)
+
+    def moved(self, name, with_module):
+        """The samples' program with its files, somewhere else."""
+        place = self.folder / name
+        source = Path(SAMPLES).parent.parent
+        shutil.copytree(FONTS, place / "share/quillmark/Fonts")
+        if with_module:
+            shutil.copytree(source / "lib/quillmark", place / "lib/quillmark")
+        (place / "bin").mkdir()
+        (place / "reports").mkdir()
+        program = shutil.copy(SAMPLES, place / "bin")
+        return run(program, place / "reports").decode(), place / "reports"
+
+    def test_a_program_that_was_moved_finds_its_files(self):
+        printed, reports = self.moved("moved", with_module=True)
+        self.assertEqual(len(printed.splitlines()), 2, printed)  # of the report without its face
+        for name in ["typical.pdf", "scripts.pdf"]:
+            self.assertEqual(lines(reports / name)[4:], lines(self.folder / name)[4:])
+            self.assertIn("+CourierPrime-Regular", run("pdffonts", reports / name).decode())
+
+    def test_without_pango_other_scripts_are_still_found_as_text(self):
+        printed, reports = self.moved("alone", with_module=False)
+        self.assertIn("Quillmark report font: Pango is missing;", printed)
+        self.assertIn("思源黑体 [Unknown]", lines(reports / "scripts.pdf"))
+        self.assertIn("Party 🎉 [Unknown]", lines(reports / "scripts.pdf"))
 
     def test_the_reports_own_fonts_are_likely_ok(self):
         for options in [["--fonts", FONTS], []]:
