@@ -1,5 +1,5 @@
 #include "CommandLineFixture.h"
-#include "SampleDocument.h"
+#include "support/SampleDocument.h"
 
 #include <gmock/gmock.h>
 

@@ -3,12 +3,12 @@
 
 #include "cli/Environment.h"
 #include "support/FakeFontService.h"
+#include "support/FontValues.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -24,32 +24,6 @@ struct Outcome {
     std::string output; // what went to standard output
     std::string errors; // what went to standard error
 };
-
-/// What a made-up font says about itself; empty texts are left out.
-struct FontValues {
-    std::u16string family{};
-    std::u16string style{u"Regular"};
-    std::u16string fullName{};
-    std::string postScriptName{};
-    std::u16string copyright{};
-    std::u16string manufacturer{};
-    std::u16string license{};
-    std::u16string licenseURL{};
-    std::u16string instance{}; // the style of a named instance, which makes the font a variable one
-    std::optional<std::uint16_t> fsType{};
-};
-
-inline constexpr std::uint16_t forbidden = 0x0002; // fsType: Restricted License
-inline constexpr std::uint16_t installable = 0;    // fsType: no restriction
-inline constexpr std::u16string_view openFontLicense =
-    u"This Font Software is licensed under the SIL Open Font License, Version 1.1.";
-
-[[nodiscard]] PlatformFont platformFont(const FontValues& values);
-
-/// One font of each verdict.
-[[nodiscard]] FontValues restrictedFont();
-[[nodiscard]] FontValues unknownFont();
-[[nodiscard]] FontValues likelyOKFont();
 
 /// Has no fonts, and does something of the test's own when it is asked for the installed ones.
 class ListingFontService final : public FontService {

@@ -1,7 +1,7 @@
 // Writes the fonts and the document that program_test.py runs the built program on.
 
-#include "SampleDocument.h"
 #include "support/FontBytes.h"
+#include "support/SampleDocument.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "SampleDocument.h"
+#include "support/SampleDocument.h"
 
 #include "support/PDFBytes.h"
 
