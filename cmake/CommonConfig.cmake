@@ -44,7 +44,7 @@ endif()
 
 # quillmark_core_library(<folder> SOURCES ... [LINKS ...] [PRIVATE_LINKS ...])
 #
-# One static library for one folder of core/. Its headers are included as "<folder>/Header.h". Each
+# One static library for one folder of core/ or app/. Its headers are included as "<folder>/Header.h". Each
 # library exposes only its own folder, through a directory of links made here, so that a folder can
 # include exactly the folders whose targets it links: anything else fails to compile.
 function(quillmark_core_library folder)

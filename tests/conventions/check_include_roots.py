@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
-"""Proves that a folder of core/ can include the folders below it and no other.
+"""Proves that a folder of core/ or app/ can include the folders below it and no other.
 
-usage: check_include_roots.py BUILD-FOLDER
+usage: check_include_roots.py BUILD-FOLDER [--app]
+
+--app is for a build that has the folders of app/ in it.
 
 Takes the compiler's command line of one source of each folder, as the build wrote it down, puts a
 source with a single include in its place, and compiles that. An allowed include has to succeed; a
@@ -32,6 +34,7 @@ HEADERS = {
     "export": "export/AuditExport.h",
     "cli": "cli/Options.h",
     "tests": "support/FontBytes.h",
+    "model": "model/AppModel.h",
     "Qt": "QtCore/QString",
     "the project's root": "core/text/Trim.h",
 }
@@ -39,7 +42,7 @@ MISSING = ("No such file or directory", "file not found")  # GCC's words, and Cl
 
 
 def command_for(build, folder):
-    """The command line for one source of the library core/<folder>, without source and output."""
+    """The command line for one source of the library of this folder, without source and output."""
     for entry in json.loads((build / "compile_commands.json").read_text(encoding="utf-8")):
         if f"/quillmark_{folder}.dir/" in entry["command"]:
             words = shlex.split(entry["command"])
@@ -52,7 +55,7 @@ def command_for(build, folder):
                 elif os.path.basename(word) != "ccache":
                     kept.append(word)
             return kept, entry["directory"]
-    sys.exit(f"no source of core/{folder} in {build}/compile_commands.json")
+    sys.exit(f"no source of the library {folder} in {build}/compile_commands.json")
 
 
 def compile_include(command, directory, header, folder):
@@ -64,26 +67,28 @@ def compile_include(command, directory, header, folder):
 
 def check(command, directory, here, there, header):
     """None when the include behaves as layout.py says, else a sentence."""
-    allowed = there == here or there in layout.CORE[here]
+    allowed = there == here or there in layout.LIBRARIES[here] or (
+        there == "Qt" and here in layout.APP)
     with tempfile.TemporaryDirectory() as folder:
         result = compile_include(command, directory, header, folder)
     if allowed and result.returncode != 0:
-        return f"core/{here} cannot include \"{header}\":\n{result.stderr}"
+        return f"{here} cannot include \"{header}\":\n{result.stderr}"
     if not allowed and result.returncode == 0:
-        return f"core/{here} can include \"{header}\" of {there}"
+        return f"{here} can include \"{header}\" of {there}"
     if not allowed and not (header in result.stderr
                             and any(words in result.stderr for words in MISSING)):
-        return f"core/{here} fails to include \"{header}\" for another reason:\n{result.stderr}"
+        return f"{here} fails to include \"{header}\" for another reason:\n{result.stderr}"
     return None
 
 
 def main():
-    if len(sys.argv) != 2:
+    if len(sys.argv) < 2 or sys.argv[2:] not in ([], ["--app"]):
         print(__doc__, file=sys.stderr)
         return 2
+    folders = layout.LIBRARIES if sys.argv[2:] else layout.CORE
     build = Path(sys.argv[1]).resolve()
     cases = []
-    for here in layout.CORE:
+    for here in folders:
         command, directory = command_for(build, here)
         cases += [(command, directory, here, there, header) for there, header in HEADERS.items()]
     with ThreadPoolExecutor(max_workers=os.cpu_count()) as pool:

@@ -13,7 +13,14 @@ CORE = {
     "export": ["text", "files", "fontfile", "assessment", "pdf", "notes"],
 }
 
-# What stands on core/. Nothing in core/ includes any of it.
+# The libraries of the desktop application, each with the folders that it may include.
+APP = {
+    "model": ["text", "files", "fontfile", "assessment", "library", "pdf", "notes", "export"],
+}
+
+LIBRARIES = {**CORE, **APP}
+
+# What stands on core/ besides. Nothing in core/ includes any of it.
 FACES = {
     "cli": list(CORE),
 }
@@ -45,6 +52,11 @@ THIRD_PARTY = {
     "GnuTLS": (r"gnutls/.*", ["core/pdf/GnuTLSOnDemand.cpp"]),
     "nlohmann-json": (r"nlohmann/.*", ["core/coding/RecordCoding.cpp", "core/notes/NotesJson.cpp"]),
     "CLI11": (r"CLI/.*", ["cli/Options.cpp"]),
+    "Qt's core": (
+        r"Q(ByteArray|CoreApplication|Event|EventLoop|Object|Pointer|Settings|StandardPaths|String|StringList"
+        r"|Thread|ThreadPool|Uuid)",
+        ["app/*"],
+    ),
     "Qt's PDF writer": (r"QFont|QGuiApplication|QPainter|QPdfWriter", ["tests"]),
     "GoogleTest": (r"g(test|mock)/.*", ["tests"]),
     "Google Benchmark": (r"benchmark/.*", ["bench"]),
