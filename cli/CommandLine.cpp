@@ -2,11 +2,16 @@
 
 #include "cli/Commands.h"
 #include "cli/Console.h"
+#include "cli/CsvReport.h"
 #include "cli/ExitCode.h"
+#include "cli/Inputs.h"
 #include "cli/JsonReport.h"
 #include "cli/Options.h"
 #include "cli/Output.h"
+#include "cli/PdfReport.h"
 #include "cli/TextReport.h"
+#include "library/AbsolutePath.h"
+#include "notes/NotesFile.h"
 
 #include <algorithm>
 #include <exception>
@@ -14,11 +19,18 @@
 #include <functional>
 #include <utility>
 #include <variant>
+#include <vector>
 
 namespace quillmark::cli {
 namespace {
 
 namespace fs = std::filesystem;
+
+/// Whether the results go to a terminal.
+bool isShown(const Options& options, const Environment& environment)
+{
+    return !options.output && environment.output.columns;
+}
 
 Page page(const Options& options, const Environment& environment)
 {
@@ -35,16 +47,19 @@ Page page(const Options& options, const Environment& environment)
     return {};
 }
 
-/// An input that the output would replace.
-const fs::path* overwrittenInput(const Options& options)
+/// A file that is there to be read and that the output would replace.
+std::optional<fs::path> overwrittenInput(const Options& options, const Environment& environment)
 {
-    if (!options.output) return nullptr;
-    const auto found = std::ranges::find_if(options.inputs, [&](const fs::path& input) {
+    if (!options.output) return std::nullopt;
+    std::vector<fs::path> inputs = options.inputs;
+    for (const auto& notes : {options.notes, environment.notes})
+        if (notes) inputs.push_back(*notes);
+    const auto found = std::ranges::find_if(inputs, [&](const fs::path& input) {
         std::error_code ignored;
         return fs::is_regular_file(input, ignored) &&
                fs::equivalent(input, *options.output, ignored);
     });
-    return found == options.inputs.end() ? nullptr : &*found;
+    return found == inputs.end() ? std::nullopt : std::optional(*found);
 }
 
 ExitCode outputExitCode(const OutputError& error, Console& console)
@@ -102,12 +117,17 @@ Outcome fill(Report& report, std::function<typename Report::Row(AuditRow&&)> mak
     return outcome;
 }
 
+/// What a report makes of a row that needs all of it.
+AuditRow asItIs(AuditRow&& row)
+{
+    return std::move(row);
+}
+
 Outcome writeText(const Run& run)
 {
     const auto tips = run.options.quiet ? TextReport::Tips::hidden : TextReport::Tips::shown;
     TextReport report(run.output, page(run.options, run.environment), tips);
-    Outcome outcome = fill(
-        report, [](AuditRow&& row) { return std::move(row); }, run);
+    Outcome outcome = fill(report, asItIs, run);
     report.finish();
     return outcome;
 }
@@ -120,6 +140,41 @@ Outcome writeJson(const Run& run)
     return outcome;
 }
 
+Outcome writeCsv(const Run& run, const NotesBook& notes)
+{
+    const auto target = isShown(run.options, run.environment) ? CsvReport::Target::terminal
+                                                              : CsvReport::Target::file;
+    CsvReport report(run.output, notes, target);
+    Outcome outcome = fill(
+        report, [&report](AuditRow&& row) { return report.row(row); }, run);
+    report.finish();
+    return outcome;
+}
+
+Outcome writePdf(const Run& run, const NotesBook& notes)
+{
+    PdfReport report(run.output, notes);
+    Outcome outcome = fill(report, asItIs, run);
+    report.finish(run.environment.clock(), run.console);
+    return outcome;
+}
+
+/// Writes a report that has the user's notes. Those that were named have to be there, those of the
+/// application need not; but notes that are there and cannot be read are never left out silently.
+Outcome withNotes(Outcome (*write)(const Run&, const NotesBook&), const Run& run)
+{
+    const auto& path = run.options.notes ? run.options.notes : run.environment.notes;
+    if (!path) return write(run, {});
+    const auto read = readNotesFile(*path);
+    const auto* error = std::get_if<NotesError>(&read);
+    if (error == nullptr) return write(run, std::get<NotesBook>(read));
+    if (error->kind == NotesError::Kind::missing && !run.options.notes) return write(run, {});
+    run.console.message(error->sentence());
+    Outcome outcome = write(run, {});
+    outcome.errors.push_back({shownPath(absolutePath(*path)), error->reason});
+    return outcome;
+}
+
 Outcome writeReport(const Run& run)
 {
     switch (run.options.format) {
@@ -127,14 +182,20 @@ Outcome writeReport(const Run& run)
         return writeText(run);
     case Format::json:
         return writeJson(run);
+    case Format::csv:
+        return withNotes(writeCsv, run);
+    case Format::pdf:
+        return withNotes(writePdf, run);
     }
     return {};
 }
 
 ExitCode runCommand(const Options& options, const Environment& environment, Console& console)
 {
-    if (const fs::path* input = overwrittenInput(options))
+    if (const auto input = overwrittenInput(options, environment))
         return wrongUse("--output would replace the input \"" + input->native() + "\".", console);
+    if (options.format == Format::pdf && isShown(options, environment))
+        return wrongUse("a PDF is nothing for a terminal; name a file with --output.", console);
 
     Output output(options.output, environment.output);
     if (output.error()) return outputExitCode(*output.error(), console);

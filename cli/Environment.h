@@ -6,6 +6,7 @@
 #include "pdf/PDFFontScanner.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -19,9 +20,10 @@ struct Stream {
 
 struct Environment {
     const FontService& fonts;
-    Stream output;        // results
-    Stream errors;        // messages and progress
-    std::string locale;   // whose order fonts are sorted in; the user's when empty
+    Stream output;      // results
+    Stream errors;      // messages and progress
+    std::string locale; // whose order fonts are sorted in; the user's when empty
+    std::optional<std::filesystem::path> notes; // the application's notes.json; absent: no home
     bool plainTerminal{}; // the terminal or the user (NO_COLOR, TERM=dumb) wants no colour
     PDFFontScanner::Clock clock{std::chrono::system_clock::now};
 };

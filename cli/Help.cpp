@@ -23,8 +23,11 @@ Options for check:
       --no-installed    do not match to installed fonts
 
 Options:
-  -f, --format FORMAT   text (the default) or json
+  -f, --format FORMAT   text (the default), json, csv (for spreadsheets) or pdf
+                        (a report to print)
   -o, --output FILE     write to FILE instead of standard output
+      --notes FILE      csv and pdf: the license notes to print with the fonts
+                        (default: the notes.json of the application)
       --fail-on VERDICT exit with 1 when a font is restricted, or with
                         "unknown" also when a verdict is unknown
       --color WHEN      auto (the default), always or never; NO_COLOR is
@@ -38,7 +41,7 @@ Examples:
   quillmark-cli scan ~/Fonts
   quillmark-cli check book.pdf --fonts ~/Fonts
   quillmark-cli check --fail-on restricted dist/*.pdf
-  quillmark-cli scan --format json --output fonts.json ~/Fonts
+  quillmark-cli scan --format pdf --output audit.pdf ~/Fonts
 
 Exit codes:
     0   done

@@ -30,6 +30,8 @@ constexpr auto commands = std::to_array<Named<Command>>({
 constexpr auto formats = std::to_array<Named<Format>>({
     {"text", Format::text},
     {"json", Format::json},
+    {"csv", Format::csv},
+    {"pdf", Format::pdf},
 });
 
 constexpr auto colors = std::to_array<Named<Color>>({
@@ -48,6 +50,7 @@ enum class Takes { value, nothing };
 constexpr auto optionNames = std::to_array<Named<Takes>>({
     {"--format", Takes::value},
     {"--output", Takes::value},
+    {"--notes", Takes::value},
     {"--fail-on", Takes::value},
     {"--color", Takes::value},
     {"--quiet", Takes::nothing},
@@ -123,6 +126,7 @@ Value chosen(const std::array<Named<Value>, size>& table, std::string_view optio
 struct Arguments {
     std::optional<std::string> format;
     std::optional<std::string> output;
+    std::optional<std::string> notes;
     std::optional<std::string> failOn;
     std::optional<std::string> color;
     std::vector<std::string> fonts;
@@ -144,6 +148,7 @@ Arguments sorted(std::span<const std::string> arguments)
     constexpr auto last = CLI::MultiOptionPolicy::TakeLast;
     app.add_option("-f,--format", sorted.format)->multi_option_policy(last);
     app.add_option("-o,--output", sorted.output)->multi_option_policy(last);
+    app.add_option("--notes", sorted.notes)->multi_option_policy(last);
     app.add_option("--fail-on", sorted.failOn)->multi_option_policy(last);
     app.add_option("--color", sorted.color)->multi_option_policy(last);
     app.add_option("--fonts", sorted.fonts)->allow_extra_args(false);
@@ -215,16 +220,18 @@ void requireInputs(const Options& options)
     }
 }
 
-void requireSafeOutput(const fs::path& output)
+void requireSafeOutput(const fs::path& output, Format format)
 {
     std::string extension = output.extension().native();
     std::ranges::transform(extension, extension.begin(), [](char character) {
         return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
                                                     : character;
     });
+    if (format == Format::pdf && extension == ".pdf") return;
     if (std::ranges::find(inputExtensions, extension) != inputExtensions.end())
         throw WrongUse{"--output " + inQuotes(output.native()) +
-                       " has the name of a font or a PDF, which are never written."};
+                       " has the name of a font or a PDF, which are never written" +
+                       (extension == ".pdf" ? ", but for a report with --format pdf." : ".")};
 }
 
 Options checked(const Arguments& arguments)
@@ -245,11 +252,17 @@ Options checked(const Arguments& arguments)
         if (!options.matchInstalled) throw WrongUse{"--no-installed goes with check only."};
     }
     if (arguments.format) options.format = chosen(formats, "--format", *arguments.format);
+    if (arguments.notes) {
+        if (arguments.notes->empty()) throw WrongUse{"--notes needs a value."};
+        if (options.format != Format::csv && options.format != Format::pdf)
+            throw WrongUse{"--notes goes with --format csv or pdf only."};
+        options.notes = *arguments.notes;
+    }
     if (arguments.failOn) options.failOn = chosen(gates, "--fail-on", *arguments.failOn);
     if (arguments.color) options.color = chosen(colors, "--color", *arguments.color);
     if (arguments.output) {
         if (arguments.output->empty()) throw WrongUse{"--output needs a value."};
-        requireSafeOutput(*arguments.output);
+        requireSafeOutput(*arguments.output, options.format);
         if (*arguments.output != "-") options.output = *arguments.output;
     }
     return options;

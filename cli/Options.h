@@ -13,7 +13,7 @@
 namespace quillmark::cli {
 
 enum class Command { installed, scan, check };
-enum class Format { text, json };
+enum class Format { text, json, csv, pdf };
 enum class Color { automatic, always, never };
 
 struct Options {
@@ -23,6 +23,7 @@ struct Options {
     bool matchInstalled{true};                      // check: whether to match to installed fonts
     Format format{Format::text};
     std::optional<std::filesystem::path> output; // absent for standard output
+    std::optional<std::filesystem::path> notes;  // csv, pdf; absent for the application's own
     std::optional<Verdict> failOn; // this verdict or a worse one ends with exit code 1
     Color color{Color::automatic};
     bool quiet{};

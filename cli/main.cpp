@@ -1,3 +1,4 @@
+#include "assessment/Brand.h"
 #include "cli/CommandLine.h"
 #include "cli/Interruption.h"
 #include "library/SystemFontService.h"
@@ -8,7 +9,9 @@
 #include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <malloc.h>
+#include <optional>
 #include <string_view>
 #include <sys/ioctl.h>
 #include <system_error>
@@ -69,6 +72,19 @@ quillmark::PDFFontScanner::Clock checkClock()
     return [count] { return system_clock::time_point(seconds(count)); };
 }
 
+/// Where the application keeps the user's notes (XDG Base Directory Specification, which has paths
+/// that are not absolute ignored).
+std::optional<std::filesystem::path> notesFile()
+{
+    std::filesystem::path data(variable("XDG_DATA_HOME"));
+    if (!data.is_absolute()) {
+        const std::filesystem::path home(variable("HOME"));
+        if (!home.is_absolute()) return std::nullopt;
+        data = home / ".local/share";
+    }
+    return data / quillmark::Brand / "notes.json";
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments)
@@ -86,6 +102,7 @@ int main(int argumentCount, char** arguments)
         .output = stream(STDOUT_FILENO),
         .errors = isDumb ? Stream{STDERR_FILENO, std::nullopt} : stream(STDERR_FILENO),
         .locale = {},
+        .notes = notesFile(),
         .plainTerminal = isDumb || !variable("NO_COLOR").empty(),
         .clock = checkClock(),
     };

@@ -45,8 +45,8 @@ std::variant<NotesBook, NotesError> readNotesFile(const fs::path& path)
 {
     const auto read = readFile(path, Limits::notesFileBytes);
     if (const auto* error = std::get_if<FileError>(&read)) {
-        const auto kind =
-            error->number == ENOENT ? NotesError::Kind::missing : NotesError::Kind::unreadable;
+        const bool isMissing = error->number == ENOENT || error->number == ENOTDIR;
+        const auto kind = isMissing ? NotesError::Kind::missing : NotesError::Kind::unreadable;
         return NotesError(kind, path, error->reason);
     }
     auto decoded = NotesJson::decode(std::get<std::string>(read));

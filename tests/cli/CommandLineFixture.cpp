@@ -64,6 +64,7 @@ int CommandLineFixture::runTo(int output, int errors, const std::vector<std::str
         .output = {output, outputColumns},
         .errors = {errors, errorColumns},
         .locale = "en",
+        .notes = applicationNotes,
         .plainTerminal = plainTerminal,
         .clock = [] { return sys_days(year(2026) / 11 / 21) + hours(4); },
     };

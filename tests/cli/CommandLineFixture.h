@@ -74,6 +74,7 @@ protected:
     std::optional<std::size_t> outputColumns; // of the terminal, when it is one
     std::optional<std::size_t> errorColumns;
     bool plainTerminal{};
+    std::optional<std::filesystem::path> applicationNotes;
 };
 
 } // namespace quillmark::test

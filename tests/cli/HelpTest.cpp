@@ -14,16 +14,27 @@ using testing::HasSubstr;
 
 TEST(Help, NamesEveryCommandOptionAndExitCode)
 {
-    for (const char* word : {"  installed ",         "  scan FOLDER|FILE...",
-                             "  check PDF...",       "      --fonts FOLDER",
-                             "      --no-installed", "  -f, --format",
-                             "  -o, --output FILE",  "      --fail-on",
-                             "      --color",        "  -q, --quiet",
-                             "  -h, --help",         "      --version",
-                             "\n    0   ",           "\n    1   ",
-                             "\n    2   ",           "\n    3   ",
-                             "\n    4   ",           "\n   70   ",
-                             "\n  130   ",           "Examples:"})
+    for (const char* word : {"  installed ",
+                             "  scan FOLDER|FILE...",
+                             "  check PDF...",
+                             "      --fonts FOLDER",
+                             "      --no-installed",
+                             "  -f, --format",
+                             "  -o, --output FILE",
+                             "      --fail-on",
+                             "      --color",
+                             "  -q, --quiet",
+                             "      --notes FILE",
+                             "  -h, --help",
+                             "      --version",
+                             "\n    0   ",
+                             "\n    1   ",
+                             "\n    2   ",
+                             "\n    3   ",
+                             "\n    4   ",
+                             "\n   70   ",
+                             "\n  130   ",
+                             "Examples:"})
         EXPECT_THAT(helpText(), HasSubstr(word));
 }
 

@@ -41,26 +41,31 @@ TEST(Options, EveryOptionIsUnderstood)
         .inputs = {"a.pdf", "b.pdf"},
         .fontFolders = {"Fonts", "More"},
         .matchInstalled = false,
-        .format = Format::json,
-        .output = "out.json",
+        .format = Format::csv,
+        .output = "out.csv",
+        .notes = "mine.json",
         .failOn = Verdict::unknown,
         .color = Color::never,
         .quiet = true,
     };
     EXPECT_EQ(understood({"check", "a.pdf", "b.pdf", "--fonts", "Fonts", "--fonts", "More",
-                          "--no-installed", "--format", "json", "--output", "out.json", "--fail-on",
-                          "unknown", "--color", "never", "--quiet"}),
+                          "--no-installed", "--format", "csv", "--output", "out.csv", "--notes",
+                          "mine.json", "--fail-on", "unknown", "--color", "never", "--quiet"}),
               expected);
-    EXPECT_EQ(
-        understood({"check", "a.pdf", "b.pdf", "--fonts=Fonts", "--fonts=More", "--no-installed",
-                    "-fjson", "-oout.json", "--fail-on=unknown", "--color=never", "-q"}),
-        expected);
+    EXPECT_EQ(understood({"check", "a.pdf", "b.pdf", "--fonts=Fonts", "--fonts=More",
+                          "--no-installed", "-fcsv", "-oout.csv", "--notes=mine.json",
+                          "--fail-on=unknown", "--color=never", "-q"}),
+              expected);
 }
 
 TEST(Options, EveryValueIsUnderstood)
 {
     EXPECT_EQ(understood({"installed", "-f", "text"}).format, Format::text);
     EXPECT_EQ(understood({"installed", "-f", "json"}).format, Format::json);
+    EXPECT_EQ(understood({"installed", "-f", "csv"}).format, Format::csv);
+    EXPECT_EQ(understood({"installed", "-f", "pdf"}).format, Format::pdf);
+    EXPECT_EQ(understood({"installed", "-f", "csv", "--notes", "n.json"}).notes, "n.json");
+    EXPECT_EQ(understood({"installed", "-f", "pdf", "--notes=n.json"}).notes, "n.json");
     EXPECT_EQ(understood({"installed", "--fail-on", "restricted"}).failOn, Verdict::restricted);
     EXPECT_EQ(understood({"installed", "--fail-on", "unknown"}).failOn, Verdict::unknown);
     EXPECT_EQ(understood({"installed", "--color", "auto"}).color, Color::automatic);
@@ -105,6 +110,11 @@ TEST(Options, NothingAfterTwoDashesIsAnOption)
 TEST(Options, ADashAsOutputIsStandardOutput)
 {
     EXPECT_EQ(understood({"installed", "-o", "-"}).output, std::nullopt);
+}
+
+TEST(Options, AReportAsPdfMayHaveTheNameOfAPdf)
+{
+    EXPECT_EQ(understood({"installed", "-f", "pdf", "-o", "audit.PDF"}).output, "audit.PDF");
 }
 
 struct NameCase {
@@ -178,11 +188,13 @@ INSTANTIATE_TEST_SUITE_P(
         {"NumberLikeOption",
          {"scan", "-5"},
          R"(there is no option "-5"; see quillmark-cli --help.)"},
-        {"FormatNotOffered", {"installed", "-f", "xml"}, R"(--format is text or json, not "xml".)"},
+        {"FormatNotOffered",
+         {"installed", "-f", "xml"},
+         R"(--format is text, json, csv or pdf, not "xml".)"},
         {"FormatInCapitals",
          {"installed", "-f", "JSON"},
-         R"(--format is text or json, not "JSON".)"},
-        {"EmptyFormat", {"installed", "-f", ""}, R"(--format is text or json, not "".)"},
+         R"(--format is text, json, csv or pdf, not "JSON".)"},
+        {"EmptyFormat", {"installed", "-f", ""}, R"(--format is text, json, csv or pdf, not "".)"},
         {"FailOnLikelyOK",
          {"installed", "--fail-on", "likelyOK"},
          R"(--fail-on is restricted or unknown, not "likelyOK".)"},
@@ -222,7 +234,21 @@ INSTANTIATE_TEST_SUITE_P(
          "--no-installed goes with check only."},
         {"OutputOverAPdf",
          {"check", "-o", "a.pdf", "b.pdf"},
-         R"(--output "a.pdf" has the name of a font or a PDF, which are never written.)"},
+         R"(--output "a.pdf" has the name of a font or a PDF, which are never written, but for a report with --format pdf.)"},
+        {"PdfOverAFont",
+         {"scan", "-f", "pdf", "-o", "a.otf", "x"},
+         R"(--output "a.otf" has the name of a font or a PDF, which are never written.)"},
+        {"CsvOverAPdf",
+         {"scan", "-f", "csv", "-o", "A.PDF", "x"},
+         R"(--output "A.PDF" has the name of a font or a PDF, which are never written, but for a report with --format pdf.)"},
+        {"NotesWithoutValue", {"installed", "-f", "csv", "--notes"}, "--notes needs a value."},
+        {"EmptyNotes", {"installed", "-f", "csv", "--notes", ""}, "--notes needs a value."},
+        {"NotesWithText",
+         {"installed", "--notes", "notes.json"},
+         "--notes goes with --format csv or pdf only."},
+        {"NotesWithJson",
+         {"installed", "-f", "json", "--notes", "notes.json"},
+         "--notes goes with --format csv or pdf only."},
         {"OutputOverAFontInCapitals",
          {"scan", "-o", "A.TTF", "x"},
          R"(--output "A.TTF" has the name of a font or a PDF, which are never written.)"},

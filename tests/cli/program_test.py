@@ -148,6 +148,56 @@ class JsonTest(ProgramTest):
         return json.loads(result.stdout)["lists"][0]["checkedAt"]
 
 
+class PdfReportTest(ProgramTest):
+    def write(self, *arguments, **options):
+        path = self.at("report.pdf")
+        result = run(*arguments, "--format", "pdf", "--output", path, **options)
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, b"", b""))
+        return path
+
+    def test_it_names_each_list(self):
+        path = self.write("scan", self.fonts, self.at("Fonts/cedar.ttf"))
+        text = subprocess.run(
+            ["pdftotext", "-raw", path, "-"], check=True, capture_output=True, timeout=TIME_LIMIT
+        ).stdout.decode("utf-8")
+        title, subtitle, *rest = text.splitlines()
+        self.assertEqual(title, "Font license audit: Fonts, cedar.ttf")
+        self.assertEqual(subtitle.split(", ")[0], self.fonts)
+        self.assertIn("3 fonts: 1 restricted, 0 unknown, 2 likely OK.", rest)
+
+    def test_the_same_time_gives_the_same_bytes(self):
+        environment = {**os.environ, "SOURCE_DATE_EPOCH": "1700000000", "TZ": "UTC"}
+        reports = []
+        for _ in range(2):
+            with open(self.write("scan", self.fonts, env=environment), "rb") as file:
+                reports.append(file.read())
+        self.assertEqual(reports[0], reports[1])
+
+    def test_notes_are_found_where_the_application_keeps_them(self):
+        home = self.at("Home")
+        folder = os.path.join(home, ".local/share/Quillmark")
+        os.makedirs(folder)
+        note = {
+            "boughtFrom": "Tree Types",
+            "license": "ebook",
+            "text": "",
+            "updated": "2026-03-14T09:26:53Z",
+            "url": "",
+        }
+        with open(os.path.join(folder, "notes.json"), "w", encoding="utf-8") as file:
+            json.dump({"notes": {"Cedar-Regular": note}}, file)
+        environment = {**os.environ, "HOME": home, "XDG_DATA_HOME": ""}
+        result = run("scan", self.fonts, "--format", "csv", env=environment)
+        self.assertIn(b",Ebook / ePub,Tree Types,", result.stdout)
+        environment["XDG_DATA_HOME"] = os.path.join(home, ".local/share")
+        environment["HOME"] = "/nowhere"
+        result = run("scan", self.fonts, "--format", "csv", env=environment)
+        self.assertIn(b",Ebook / ePub,Tree Types,", result.stdout)
+        environment["XDG_DATA_HOME"] = "relative"
+        result = run("scan", self.fonts, "--format", "csv", env=environment)
+        self.assertNotIn(b"Tree Types", result.stdout)
+
+
 class StreamsTest(ProgramTest):
     def test_a_closed_pipe_ends_the_program_quietly(self):
         reader, writer = os.pipe()
@@ -272,7 +322,7 @@ class DocumentationTest(unittest.TestCase):
 
     def test_all_name_the_same_options(self):
         options = self.options(self.help)
-        self.assertEqual(len(options), 9)
+        self.assertEqual(len(options), 10)
         self.assertEqual(self.options(document("command-line.md")), options)
         self.assertEqual(self.options(document("man/quillmark-cli.1.scd")), options)
 

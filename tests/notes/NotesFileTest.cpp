@@ -290,6 +290,13 @@ TEST_F(NotesFileTest, ThatIsMissingLoadsAsAnEmptyBook)
               at("notes.json").string() + " could not be read: No such file or directory.");
 }
 
+TEST_F(NotesFileTest, BelowSomethingThatIsNoFolderIsMissing)
+{
+    EXPECT_EQ(errorOf("notes.json/notes.json")->kind, NotesError::Kind::missing);
+    folder.write("notes.json", "{}");
+    EXPECT_EQ(errorOf("notes.json/notes.json")->kind, NotesError::Kind::missing);
+}
+
 TEST_F(NotesFileTest, BehindALinkThatLeadsNowhereIsMissing)
 {
     fs::create_symlink("nowhere.json", at("notes.json"));
