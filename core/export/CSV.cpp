@@ -90,14 +90,25 @@ void escapeFrom(std::string& text, std::size_t start)
     // A spreadsheet shows what follows an apostrophe instead of evaluating it.
     if (start < text.size() && formulaStarts.find(text[start]) != std::string_view::npos)
         text.insert(start, 1, '\'');
-    if (text.find_first_of(quotedCharacters, start) == std::string::npos) return;
-    std::string quoted = "\"";
+
+    std::size_t quotes = 0;
+    bool quoted = false;
     for (const char character : std::string_view(text).substr(start)) {
-        if (character == '"') quoted += '"';
-        quoted += character;
+        quotes += character == '"' ? 1 : 0;
+        quoted = quoted || quotedCharacters.find(character) != std::string_view::npos;
     }
-    quoted += '"';
-    text.replace(start, std::string::npos, quoted);
+    if (!quoted) return;
+    // From the end, so that nothing is overwritten before it has moved.
+    std::size_t from = text.size();
+    text.resize(text.size() + quotes + 2);
+    std::size_t to = text.size();
+    text[--to] = '"';
+    while (from > start) {
+        const char character = text[--from];
+        text[--to] = character;
+        if (character == '"') text[--to] = '"';
+    }
+    text[--to] = '"';
 }
 
 void appendField(std::string& text, std::string_view field)
