@@ -87,8 +87,10 @@ constexpr std::string_view quotedCharacters = ",\"\r\n";
 /// Escapes what stands in `text` from `start` on, as one field.
 void escapeFrom(std::string& text, std::size_t start)
 {
-    // A spreadsheet shows what follows an apostrophe instead of evaluating it.
-    if (start < text.size() && formulaStarts.find(text[start]) != std::string_view::npos)
+    // A spreadsheet shows what follows an apostrophe instead of evaluating it. NULs in front do not
+    // count: LibreOffice drops them, and takes what is left for a formula.
+    const std::size_t first = text.find_first_not_of('\0', start);
+    if (first != std::string::npos && formulaStarts.find(text[first]) != std::string_view::npos)
         text.insert(start, 1, '\'');
 
     std::size_t quotes = 0;
