@@ -82,7 +82,6 @@ constexpr auto columns = std::to_array<Column>({
 
 constexpr std::string_view lineEnd = "\r\n";
 constexpr std::string_view formulaStarts = "=+-@";
-constexpr std::string_view quotedCharacters = ",\"\r\n";
 
 /// Escapes what stands in `text` from `start` on, as one field.
 void escapeFrom(std::string& text, std::size_t start)
@@ -97,7 +96,7 @@ void escapeFrom(std::string& text, std::size_t start)
     bool quoted = false;
     for (const char character : std::string_view(text).substr(start)) {
         quotes += character == '"' ? 1 : 0;
-        quoted = quoted || quotedCharacters.find(character) != std::string_view::npos;
+        quoted |= character == ',' || character == '"' || character == '\r' || character == '\n';
     }
     if (!quoted) return;
     // From the end, so that nothing is overwritten before it has moved.
