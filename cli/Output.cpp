@@ -14,14 +14,6 @@ namespace fs = std::filesystem;
 /// Bytes that are worth a system call.
 constexpr std::size_t pieceSize = 65536;
 
-mode_t defaultMode()
-{
-    // No other thread runs yet that could make a file while the mask is off.
-    const mode_t mask = umask(0);
-    umask(mask);
-    return 0666 & ~mask;
-}
-
 } // namespace
 
 Output::Output(const std::optional<fs::path>& file, const Stream& standardOutput)
@@ -51,7 +43,7 @@ void Output::openTarget(const fs::path& file)
     sigset_t before;
     sigfillset(&all);
     pthread_sigmask(SIG_BLOCK, &all, &before);
-    auto made = DurableFile::create(file, defaultMode());
+    auto made = DurableFile::create(file, newFileMode());
     const auto* error = std::get_if<FileError>(&made);
     if (error == nullptr) {
         m_file.emplace(std::move(std::get<DurableFile>(made)));

@@ -1,10 +1,13 @@
 #include "model/AppModel.h"
 
+#include "files/DurableFile.h"
 #include "library/AbsolutePath.h"
 #include "library/FileName.h"
+#include "model/AuditFile.h"
+#include "model/FileSentence.h"
 #include "model/FontReading.h"
 #include "model/Preferences.h"
-#include "model/ShownPath.h"
+#include "model/QtText.h"
 
 #include <QPointer>
 #include <QThread>
@@ -26,10 +29,21 @@ constexpr auto noDocuments =
     "Drop a PDF file. (Other documents: export or print them to PDF first, "
     "then check the PDF.)";
 
+constexpr auto nothingToExport = "There's nothing to export in this view yet.";
+
 /// Work that could not be finished, for want of memory for example.
 struct BackgroundFailure {
     std::string reason;
 };
+
+/// Why work that may fail with a FileError did not succeed; absent when it did.
+std::optional<std::string>
+failureReason(const std::variant<std::optional<FileError>, BackgroundFailure>& outcome)
+{
+    if (const auto* failed = std::get_if<BackgroundFailure>(&outcome)) return failed->reason;
+    const auto& error = std::get<std::optional<FileError>>(outcome);
+    return error ? std::optional(error->reason) : std::nullopt;
+}
 
 bool isPDF(const fs::path& file)
 {
@@ -48,7 +62,10 @@ struct AppModel::CheckedFiles {
 
 AppModel::AppModel(AppEnvironment environment, Persistence persistence)
     : m_environment(std::move(environment)), m_persistence(persistence),
-      m_fonts(m_environment.fontService())
+      m_fonts(m_environment.fontService()), m_attachments(m_environment.places.attachments()),
+      m_newFileMode(newFileMode()),
+      m_notes(persist() ? std::optional(m_environment.places.notesFile()) : std::nullopt,
+              m_attachments)
 {
     m_list = listForSelection();
     for (const auto changed : {&AppModel::installedChanged, &AppModel::foldersChanged,
@@ -134,6 +151,8 @@ void AppModel::updateList()
 void AppModel::start()
 {
     if (!persist()) return;
+    m_notes.load();
+    if (m_notes.book() != NotesBook()) Q_EMIT notesChanged();
     scanInstalled();
     m_savedFolders = Preferences::fontFolders(m_environment.places.settingsFile);
     for (const std::string& path : m_savedFolders) {
@@ -233,7 +252,7 @@ void AppModel::saveFolders()
     if (Preferences::setFontFolders(file, m_folders.paths()))
         m_savedFolders = m_folders.paths();
     else
-        setAlert("The list of folders couldn't be saved in " + shownPath(file.native()) + ".");
+        setAlert(shownPath(file.native()) + " could not be written.");
 }
 
 void AppModel::chooseDocuments()
@@ -318,6 +337,103 @@ void AppModel::removeDocument(const std::string& path)
         Q_EMIT documentsChanged();
     m_documentFiles.erase(path);
     if (m_selection == SidebarItem::document(path)) setSelection(SidebarItem::checkDocument());
+}
+
+std::chrono::sys_seconds AppModel::now() const
+{
+    return std::chrono::floor<std::chrono::seconds>(m_environment.clock());
+}
+
+/// Makes a change to a note that tells what went wrong, and tells others about both.
+template <typename Change>
+void AppModel::changeNote(const std::string& key, Change change)
+{
+    const auto kept = [&] {
+        const LicenseNote* note = notes().note(key);
+        return note == nullptr ? std::nullopt : std::optional(*note);
+    };
+    const auto before = kept();
+    std::optional<std::string> failure = change();
+    if (kept() != before) Q_EMIT notesChanged();
+    if (failure) setAlert(std::move(failure));
+}
+
+void AppModel::saveNote(const LicenseNote& note, const std::string& key)
+{
+    changeNote(key, [&] { return m_notes.edit(note, key, now()); });
+}
+
+void AppModel::attachFile(const std::string& key)
+{
+    m_environment.prompts.open(
+        {
+            .choice = OpenPanel::Choice::file,
+            .prompt = "Attach",
+            .message = "Choose the license, receipt or invoice for this font. A copy is kept with "
+                       "your notes.",
+        },
+        [model = QPointer<AppModel>(this), key](const std::vector<fs::path>& chosen) {
+            if (model && !chosen.empty()) model->attach(chosen.front(), key);
+        });
+}
+
+void AppModel::attach(const fs::path& file, const std::string& key)
+{
+    const std::string fileName = shownName(file.native());
+    const std::string copy = m_attachments.newName(m_environment.makeUUID, fileName);
+    inBackground([attachments = m_attachments, file, copy] { return attachments.copy(file, copy); },
+                 [this, file, fileName, copy, key](const auto& outcome) {
+                     if (const auto reason = failureReason(outcome))
+                         setAlert(failureSentence(file.native(), "attached", *reason));
+                     else
+                         changeNote(key,
+                                    [&] { return m_notes.attach(copy, fileName, key, now()); });
+                 });
+}
+
+void AppModel::openAttachment(const std::string& key)
+{
+    const LicenseNote note = m_notes.note(key);
+    if (!note.attachment) return;
+    const std::string name = note.attachmentName.value_or(*note.attachment);
+    const auto copy = m_attachments.find(*note.attachment);
+    if (const auto* error = std::get_if<FileError>(&copy))
+        setAlert(failureSentence(name, "opened", error->reason));
+    else if (!m_environment.prompts.openURL(fileURL(std::get<fs::path>(copy).native())))
+        setAlert(failureSentence(name, "opened", "No program for it was found"));
+}
+
+void AppModel::removeAttachment(const std::string& key)
+{
+    changeNote(key, [&] { return m_notes.detach(key, now()); });
+}
+
+void AppModel::export_(ExportFormat format)
+{
+    if (!m_list) return;
+    if (m_list->rows.empty()) {
+        setAlert(nothingToExport);
+        return;
+    }
+    m_environment.prompts.save(
+        {.fileName = AuditFile::suggestedName(*m_list, format), .format = format},
+        [model = QPointer<AppModel>(this), list = *m_list, format](const fs::path& chosen) {
+            if (model) model->exportTo(chosen, list, format);
+        });
+}
+
+void AppModel::exportTo(const fs::path& file, const AuditList& list, ExportFormat format)
+{
+    inBackground(
+        [file, list, format, notes = notes(), now = m_environment.clock(), mode = m_newFileMode] {
+            return AuditFile::write(file, list, format, notes, now, mode);
+        },
+        [this, file](const auto& outcome) {
+            if (const auto reason = failureReason(outcome))
+                setAlert(failureSentence(file.native(), "written", *reason));
+            else
+                m_environment.prompts.reveal(file);
+        });
 }
 
 void AppModel::showInFinder(const fs::path& path)

@@ -3,9 +3,11 @@
 #pragma once
 
 #include "library/FontService.h"
+#include "model/Attachments.h"
 #include "model/AuditList.h"
 #include "model/BackgroundRunner.h"
 #include "model/FolderList.h"
+#include "model/NotesStore.h"
 #include "model/Prompts.h"
 #include "model/RunningWork.h"
 #include "model/SidebarItem.h"
@@ -14,6 +16,7 @@
 
 #include <QObject>
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -34,6 +37,7 @@ struct AppEnvironment {
     /// has used answers further questions until the next scan.
     std::function<std::shared_ptr<const FontService>()> fontService;
     PDFFontScanner::Clock clock; // callable on any thread
+    MakeUUID makeUUID;
     UserPlaces places;
     std::string locale{}; // whose order fonts are sorted in; the user's when empty
 };
@@ -71,6 +75,8 @@ public:
     {
         return m_checkingDocument;
     }
+    /// The user's notes by their fonts' PostScript names. Valid until the model changes.
+    [[nodiscard]] const NotesBook& notes() const { return m_notes.book(); }
     /// What the main window shows.
     [[nodiscard]] const std::optional<SidebarItem>& selection() const { return m_selection; }
     void setSelection(std::optional<SidebarItem> selection);
@@ -83,8 +89,9 @@ public:
     /// The list for the selection; absent when that is none of fonts.
     [[nodiscard]] const std::optional<AuditList>& list() const { return m_list; }
 
-    /// Begins what an application does when it has been launched: the remembered folders and the
-    /// installed fonts are read. Nothing without persistence. Called once.
+    /// Begins what an application does when it has been launched: the notes are loaded, and the
+    /// installed fonts and the remembered folders are read. Nothing without persistence. Called
+    /// once.
     void start();
 
     /// Begins to read every installed font.
@@ -108,6 +115,21 @@ public:
     void recheck(const DocumentAudit& document);
     void removeDocument(const std::string& path);
 
+    /// The note under a font's PostScript name; an empty one when there is none.
+    [[nodiscard]] LicenseNote note(const std::string& key) const { return m_notes.note(key); }
+    /// Keeps a note as edited and saves all of them. The time is filled in, and the attachment
+    /// stays what it is.
+    void saveNote(const LicenseNote& note, const std::string& key);
+    /// Asks for a file, and begins to copy it to be attached to the note in place of any former
+    /// one.
+    void attachFile(const std::string& key);
+    /// Opens the attached copy with the program that the user has for it.
+    void openAttachment(const std::string& key);
+    void removeAttachment(const std::string& key);
+
+    /// Asks where, and begins to write the list there with the user's notes.
+    void export_(ExportFormat format);
+
     /// Shows a file or folder in the desktop's file manager.
     void showInFinder(const std::filesystem::path& path);
 
@@ -119,6 +141,7 @@ Q_SIGNALS:
     void scanningFolderChanged();
     void documentsChanged();
     void checkingDocumentChanged();
+    void notesChanged();
     void selectionChanged();
     void showHelpChanged();
     void alertChanged();
@@ -131,6 +154,8 @@ private:
     void set(Value& property, Value value, Signal changed);
     template <typename Work, typename Then>
     void inBackground(Work work, Then then);
+    template <typename Change>
+    void changeNote(const std::string& key, Change change);
 
     [[nodiscard]] std::optional<AuditList> listForSelection() const;
     void updateList();
@@ -138,10 +163,15 @@ private:
     void finishFolderScan(const std::string& path, RowList rows, Select select);
     void checkNext(const std::shared_ptr<CheckedFiles>& files);
     void finishCheck(const std::filesystem::path& file, DocumentAudit audit);
+    [[nodiscard]] std::chrono::sys_seconds now() const;
+    void attach(const std::filesystem::path& file, const std::string& key);
+    void exportTo(const std::filesystem::path& file, const AuditList& list, ExportFormat format);
 
     AppEnvironment m_environment;
     Persistence m_persistence;
     std::shared_ptr<const FontService> m_fonts;
+    Attachments m_attachments;
+    unsigned m_newFileMode;
 
     RowList m_installed;
     bool m_scanningInstalled{};
@@ -150,6 +180,7 @@ private:
     std::optional<std::string> m_scanningFolder;
     std::vector<SharedAudit> m_documents;
     std::optional<std::string> m_checkingDocument;
+    NotesStore m_notes;
     std::optional<SidebarItem> m_selection{SidebarItem::installed()};
     bool m_showHelp{};
     std::optional<std::string> m_alert;

@@ -1,6 +1,6 @@
 #include "model/AuditList.h"
 
-#include "model/ShownPath.h"
+#include "model/FileSentence.h"
 
 #include <utility>
 

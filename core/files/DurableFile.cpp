@@ -30,6 +30,13 @@ int setPermissions(int descriptor, unsigned mode)
 
 } // namespace
 
+unsigned newFileMode()
+{
+    const mode_t mask = umask(0);
+    umask(mask);
+    return 0666 & ~mask;
+}
+
 fs::path endOfLinks(fs::path path)
 {
     constexpr int most = 40; // as many as Linux follows

@@ -45,6 +45,10 @@ private:
     unsigned m_mode{};
 };
 
+/// The permissions of a new file that is not for its owner alone: what the process's mask leaves.
+/// The mask is off for a moment, so this is asked before other threads make files.
+[[nodiscard]] unsigned newFileMode();
+
 /// Where a file is made that is opened as `path`: links may lead to one that is not there yet.
 [[nodiscard]] std::filesystem::path endOfLinks(std::filesystem::path path);
 

@@ -1,8 +1,5 @@
 #include "ModelFixture.h"
 
-#include <fstream>
-#include <iterator>
-
 namespace quillmark::test {
 namespace {
 
@@ -240,17 +237,14 @@ TEST_F(Folders, SettingsOfOthersStayAsTheyAre)
     folder.write("config/settings.ini", "[window]\nwidth=1280\n");
     addScannedFolder("Fonts", {});
     EXPECT_EQ(savedFolders()->size(), 1U);
-    std::ifstream file(places.settingsFile);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_THAT(text, testing::HasSubstr("[window]\nwidth=1280\n"));
+    EXPECT_THAT(*content(places.settingsFile), testing::HasSubstr("[window]\nwidth=1280\n"));
 }
 
 TEST_F(Folders, SettingsThatCannotBeWrittenAreReported)
 {
     folder.write("config", "a file where a folder should be");
     const auto path = addScannedFolder("Fonts", {});
-    EXPECT_EQ(model->alert(),
-              "The list of folders couldn't be saved in " + places.settingsFile.native() + ".");
+    EXPECT_EQ(model->alert(), places.settingsFile.native() + " could not be written.");
     EXPECT_THAT(folderPaths(), ElementsAre(path));
 }
 

@@ -132,6 +132,7 @@ TEST_F(InstalledScan, WantOfMemoryIsAnAlertAndKeepsWhatWasThere)
         .background = background,
         .fontService = [] { return std::make_shared<FailingFontService>(); },
         .clock = [this] { return now; },
+        .makeUUID = nullptr,
         .places = places,
         .locale = "en",
     };

@@ -5,10 +5,17 @@
 #include <QSettings>
 #include <QStringList>
 
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
 namespace quillmark::test {
 
 ModelFixture::ModelFixture()
     : now(std::chrono::sys_days(std::chrono::year(2026) / 3 / 14) + std::chrono::hours(9)),
+      uuids{"0A1B2C3D-4444-4444-8888-999999999999", "1A1B2C3D-4444-4444-8888-999999999999",
+            "2A1B2C3D-4444-4444-8888-999999999999"},
       places{folder.path() / "data" / "Quillmark", folder.path() / "config" / "settings.ini"}
 {
     makeModel(AppModel::Persistence::on);
@@ -21,6 +28,12 @@ void ModelFixture::makeModel(AppModel::Persistence persistence)
                                            .background = background,
                                            .fontService = [this] { return fonts; },
                                            .clock = [this] { return now; },
+                                           .makeUUID =
+                                               [this] {
+                                                   const std::string uuid = uuids.at(0);
+                                                   if (uuids.size() > 1) uuids.erase(uuids.begin());
+                                                   return uuid;
+                                               },
                                            .places = places,
                                            .locale = "en",
                                        },
@@ -59,6 +72,23 @@ std::filesystem::path ModelFixture::addCheckedDocument(const std::string& name,
     model->checkDocuments({path});
     background.runAll();
     return path;
+}
+
+std::optional<std::string> ModelFixture::content(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return std::nullopt;
+    return std::string{std::istreambuf_iterator<char>(file), {}};
+}
+
+std::vector<std::string> ModelFixture::namesIn(const std::filesystem::path& folder)
+{
+    std::vector<std::string> names;
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, ignored))
+        names.push_back(entry.path().filename());
+    std::ranges::sort(names);
+    return names;
 }
 
 ModelFixture::Paths ModelFixture::folderPaths() const

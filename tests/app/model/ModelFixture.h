@@ -39,6 +39,11 @@ protected:
     std::filesystem::path addCheckedDocument(const std::string& name,
                                              const std::string& font = "Brook");
 
+    /// The content of a file; absent when there is none.
+    [[nodiscard]] static std::optional<std::string> content(const std::filesystem::path& path);
+    /// The names in a folder, sorted; none when it is not there.
+    [[nodiscard]] static std::vector<std::string> namesIn(const std::filesystem::path& folder);
+
     [[nodiscard]] Paths folderPaths() const;
     [[nodiscard]] Paths documentPaths() const;
     /// What the settings say, as somebody else reads them.
@@ -59,6 +64,7 @@ protected:
     FakePrompts prompts;
     FakeBackgroundRunner background;
     std::chrono::system_clock::time_point now;
+    std::vector<std::string> uuids; // to come; the last one stays
     UserPlaces places;
     std::unique_ptr<AppModel> model;
 };
