@@ -13,6 +13,7 @@ void writeSeed(std::string_view reader, std::string_view name, std::span<const s
 /// Each writes the seeds of the harnesses for one folder of core/.
 void writeFontFileSeeds();
 void writeLibrarySeeds();
+void writeNotesSeeds();
 void writePDFSeeds();
 
 } // namespace quillmark::fuzz

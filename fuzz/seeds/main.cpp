@@ -35,6 +35,7 @@ int main(int argc, char** argv)
     root = argv[1];
     quillmark::fuzz::writeFontFileSeeds();
     quillmark::fuzz::writeLibrarySeeds();
+    quillmark::fuzz::writeNotesSeeds();
     quillmark::fuzz::writePDFSeeds();
     return EXIT_SUCCESS;
 }
