@@ -3,7 +3,9 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <initializer_list>
+#include <functional>
+#include <numeric>
+#include <utility>
 #include <vector>
 
 namespace quillmark {
@@ -67,6 +69,9 @@ std::string index(std::span<const std::string> entries)
     appendBigEndian(bytes, entries.size(), 2);
     if (entries.empty()) return bytes;
     constexpr int offsetSize = 4;
+    bytes.reserve(bytes.size() + 1 + (entries.size() + 1) * offsetSize +
+                  std::transform_reduce(entries.begin(), entries.end(), std::size_t{}, std::plus(),
+                                        [](const std::string& entry) { return entry.size(); }));
     bytes += static_cast<char>(offsetSize);
     std::size_t offset = 1;
     appendBigEndian(bytes, offset, offsetSize);

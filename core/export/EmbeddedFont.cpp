@@ -147,12 +147,14 @@ std::string nameCharacters(std::string_view name)
     return safe.empty() ? "Font" : safe;
 }
 
-/// Six capitals that differ where the program differs (ISO 32000-1, 9.6.4).
-std::string subsetPrefix(std::string_view program)
+/// Six capitals that differ where the glyphs differ (ISO 32000-1, 9.6.4).
+std::string subsetPrefix(const std::vector<std::string>& charStrings)
 {
     std::uint64_t hash = 0xCBF29CE484222325U; // FNV-1a
-    for (const char byte : program)
-        hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3U;
+    for (const std::string& charString : charStrings) {
+        for (const char byte : charString)
+            hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3U;
+    }
     std::string prefix;
     for (int letter = 0; letter < 6; ++letter, hash /= 26)
         prefix += static_cast<char>('A' + hash % 26);
@@ -422,9 +424,7 @@ std::optional<GlyphImage> EmbeddedFont::image(unsigned glyph)
 void EmbeddedFont::write(PDFFile& file, PDFFile::Object object)
 {
     CFFNames names = m_face->names();
-    names.fontName = m_face->postScriptName();
-    const std::string prefix = subsetPrefix(cffProgram(names, m_charStrings));
-    names.fontName = prefix + names.fontName;
+    names.fontName = subsetPrefix(m_charStrings) + m_face->postScriptName();
     const std::string program = cffProgram(names, m_charStrings);
     const PDFFile::Object descendant = file.reserve();
     const PDFFile::Object descriptor = file.reserve();

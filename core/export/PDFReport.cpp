@@ -31,8 +31,9 @@ std::string pdfDate(std::chrono::system_clock::time_point date)
 std::string outlineTitle(const AuditRow& row)
 {
     constexpr std::size_t longestTitle = 200; // characters
+    const std::string name = row.facts.displayName();
     std::string title;
-    for (const std::string_view character : userCharacters(row.facts.displayName(), longestTitle))
+    for (const std::string_view character : userCharacters(name, longestTitle))
         title += character;
     return printable(title);
 }
