@@ -166,7 +166,7 @@ std::vector<Paragraph> heading(std::string_view title, std::string_view subtitle
     std::string disclaimer(Classifier::disclaimer);
     disclaimer += " Each verdict reads the font's own fields (embedding bits, license text and "
                   "URL, copyright, where it's installed), not the license you hold.";
-    return {
+    std::vector<Paragraph> paragraphs{
         {.runs = {{printable(title), Weight::bold}}, .size = titleSize, .leading = titleLeading},
         paragraph(subtitle, Ink::black),
         paragraph(check, Ink::grey),
@@ -174,6 +174,10 @@ std::vector<Paragraph> heading(std::string_view title, std::string_view subtitle
         paragraph(disclaimer, Ink::grey),
         emptyLine(),
     };
+    constexpr double groupSpace = 5; // around the counts, which are what a reader looks for first
+    paragraphs[3].spaceBefore = groupSpace;
+    paragraphs[4].spaceBefore = groupSpace;
+    return paragraphs;
 }
 
 std::vector<Paragraph> block(const AuditRow& row, const LicenseNote* note)

@@ -40,6 +40,7 @@ struct Paragraph {
     std::size_t indent{}; // room of so many blanks before the first line
     std::size_t hang{};   // the same before every other line
     std::optional<TextLink> link{};
+    double spaceBefore{}; // above the first line, in points
 
     [[nodiscard]] std::string text() const;
 };

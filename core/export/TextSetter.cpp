@@ -125,16 +125,12 @@ TextSetter::TextSetter(const ReportFonts& fonts, double width, Diagnostic diagno
 std::vector<Line> TextSetter::lines(const Paragraph& paragraph)
 {
     std::vector<Line> lines;
-    if (takeCharacters(paragraph)) {
+    if (takeCharacters(paragraph))
         setCharacters(paragraph, lines);
-        return lines;
-    }
-    const std::string text = paragraph.text();
-    for (std::size_t start = 0; start < text.size();) {
-        const std::size_t end = pieceEnd(text, start);
-        setPiece(part(paragraph, start, end), lines);
-        start = end;
-    }
+    else
+        setPieces(paragraph, lines);
+    lines.front().ascent += paragraph.spaceBefore;
+    lines.front().height += paragraph.spaceBefore;
     return lines;
 }
 
@@ -238,6 +234,16 @@ Line TextSetter::lineOf(const Paragraph& paragraph, std::size_t first, std::size
         if (isInLink(paragraph, character.start)) extend(line.link, x - character.advance, x);
     }
     return line;
+}
+
+void TextSetter::setPieces(const Paragraph& paragraph, std::vector<Line>& lines)
+{
+    const std::string text = paragraph.text();
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = pieceEnd(text, start);
+        setPiece(part(paragraph, start, end), lines);
+        start = end;
+    }
 }
 
 void TextSetter::setPiece(const Paragraph& piece, std::vector<Line>& lines)

@@ -60,6 +60,7 @@ public:
     /// Whether both faces of the report could be opened. Nothing else may be asked if not.
     [[nodiscard]] bool isReady() const { return m_isReady; }
 
+    /// At least one line, if an empty one.
     [[nodiscard]] std::vector<Line> lines(const Paragraph& paragraph);
 
     /// Writes the fonts and images used so far and returns the resources that name them: fonts as
@@ -80,6 +81,7 @@ private:
 
     bool takeCharacters(const Paragraph& paragraph, Missing missing = Missing::refused);
     void setCharacters(const Paragraph& paragraph, std::vector<Line>& lines);
+    void setPieces(const Paragraph& paragraph, std::vector<Line>& lines);
     void setPiece(const Paragraph& piece, std::vector<Line>& lines);
     [[nodiscard]] std::size_t lineEnd(std::size_t first, double width, double nextWidth) const;
     [[nodiscard]] Line lineOf(const Paragraph& paragraph, std::size_t first, std::size_t last,
