@@ -1,0 +1,134 @@
+#include "export/TextSetter.h"
+
+#include <gmock/gmock.h>
+
+namespace quillmark {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr double width = 504;
+/// Of Courier Prime at 9 points.
+constexpr double advance = 9 * 1228.0 / 2048;
+
+class Setter : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(m_setter.isReady()); }
+
+    static Paragraph paragraph(std::string text, std::size_t hang = 0)
+    {
+        return {.runs = {{std::move(text)}}, .size = 9, .leading = 11, .hang = hang};
+    }
+
+    /// How many characters each line has.
+    std::vector<std::size_t> lengths(const Paragraph& paragraph)
+    {
+        std::vector<std::size_t> counts;
+        for (const Line& line : m_setter.lines(paragraph)) {
+            counts.push_back(0);
+            for (const GlyphRun& run : line.runs)
+                counts.back() += run.codes.size() / 2;
+        }
+        return counts;
+    }
+
+    std::vector<std::string> m_told;
+    TextSetter m_setter{ReportFonts::load(reportFontFolder(), {}), width,
+                        [this](std::string_view line) { m_told.emplace_back(line); }};
+};
+
+TEST_F(Setter, AnEmptyParagraphIsAnEmptyLine)
+{
+    const auto lines = m_setter.lines({.runs = {}, .size = 9, .leading = 11});
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_THAT(lines[0].runs, IsEmpty());
+    EXPECT_DOUBLE_EQ(lines[0].height, 11);
+}
+
+TEST_F(Setter, NinetyThreeCharactersFitOnALine)
+{
+    EXPECT_THAT(lengths(paragraph(std::string(93, 'x'))), ElementsAre(93));
+    EXPECT_THAT(lengths(paragraph(std::string(94, 'x'))), ElementsAre(93, 1));
+}
+
+TEST_F(Setter, AWordThatDoesNotFitGoesToTheNextLine)
+{
+    EXPECT_THAT(lengths(paragraph("ab " + std::string(93, 'x') + " c")), ElementsAre(2, 93, 1));
+}
+
+TEST_F(Setter, BlanksAtTheEndOfALineAreNotShown)
+{
+    EXPECT_THAT(lengths(paragraph(std::string(90, 'x') + "     " + "yyy")), ElementsAre(90, 3));
+}
+
+TEST_F(Setter, AWordThatFitsOnNoLineStartsOnThisOne)
+{
+    EXPECT_THAT(lengths(paragraph("ab " + std::string(100, 'x'))), ElementsAre(93, 10));
+}
+
+TEST_F(Setter, APathThatFitsOnNoLineIsBrokenBehindASlash)
+{
+    const std::string path = "/" + std::string(50, 'x') + "/" + std::string(60, 'y');
+    EXPECT_THAT(lengths(paragraph("File: " + path)), ElementsAre(6 + 52, 60));
+}
+
+TEST_F(Setter, LinesAfterTheFirstHang)
+{
+    const auto lines = m_setter.lines(paragraph(std::string(94, 'x'), 4));
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_DOUBLE_EQ(lines[0].runs[0].x, 0);
+    EXPECT_NEAR(lines[1].runs[0].x, 4 * advance, 0.001);
+}
+
+TEST_F(Setter, ALinkIsMarkedOnEachOfItsLines)
+{
+    Paragraph linked = paragraph("URL: " + std::string(100, 'x'));
+    linked.link = TextLink{5, 105, "https://example.com/"};
+    const auto lines = m_setter.lines(linked);
+    ASSERT_EQ(lines.size(), 2U);
+    ASSERT_TRUE(lines[0].link && lines[1].link);
+    EXPECT_NEAR(lines[0].link->left, 5 * advance, 0.001);
+    EXPECT_NEAR(lines[0].link->right, 93 * advance, 0.001);
+    EXPECT_NEAR(lines[1].link->left, 0, 0.001);
+    EXPECT_NEAR(lines[1].link->right, 12 * advance, 0.001);
+}
+
+TEST_F(Setter, SpaceBeforeAParagraphIsAboveItsFirstLine)
+{
+    Paragraph spaced = paragraph(std::string(94, 'x'));
+    const auto plain = m_setter.lines(spaced);
+    spaced.spaceBefore = 5;
+    const auto lines = m_setter.lines(spaced);
+    EXPECT_DOUBLE_EQ(lines[0].height, plain[0].height + 5);
+    EXPECT_DOUBLE_EQ(lines[0].ascent, plain[0].ascent + 5);
+    EXPECT_DOUBLE_EQ(lines[1].height, plain[1].height);
+}
+
+TEST_F(Setter, AWordOfAnotherScriptStandsInsideTheFrame)
+{
+    std::string word;
+    for (int count = 0; count < 2500; ++count)
+        word += "\u4E2D";
+    const auto lines = m_setter.lines(paragraph("File: " + word, 4));
+    EXPECT_GT(lines.size(), 40U);
+    for (const Line& line : lines) {
+        EXPECT_GE(line.runs.front().x, 0);
+        EXPECT_LE(line.runs.back().end, width + 0.1);
+    }
+    EXPECT_THAT(m_told, IsEmpty());
+}
+
+TEST_F(Setter, AnotherScriptKeepsTheColorsOfItsRuns)
+{
+    Paragraph colored = paragraph("\u4E2D");
+    colored.runs.push_back({"[Restricted]", Weight::bold, Ink::restricted});
+    const auto lines = m_setter.lines(colored);
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines[0].runs.front().ink, Ink::black);
+    EXPECT_EQ(lines[0].runs.back().ink, Ink::restricted);
+    EXPECT_NE(lines[0].runs.front().font, lines[0].runs.back().font);
+}
+
+} // namespace
+} // namespace quillmark
