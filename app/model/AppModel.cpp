@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <exception>
+#include <new>
 #include <system_error>
 #include <type_traits>
 #include <utility>
@@ -31,9 +32,9 @@ constexpr auto noDocuments =
 
 constexpr auto nothingToExport = "There's nothing to export in this view yet.";
 
-/// Work that could not be finished, for want of memory for example.
+/// Work that could not be finished.
 struct BackgroundFailure {
-    std::string reason;
+    std::string reason; // without a full stop
 };
 
 /// Why work that may fail with a FileError did not succeed; absent when it did.
@@ -95,6 +96,8 @@ void AppModel::inBackground(Work work, Then then)
         [work = std::move(work), outcome]() mutable {
             try {
                 *outcome = work();
+            } catch (const std::bad_alloc&) {
+                *outcome = BackgroundFailure{"There is not enough memory"};
             } catch (const std::exception& error) {
                 *outcome = BackgroundFailure{error.what()};
             }
@@ -181,7 +184,9 @@ void AppModel::scanInstalled()
             set(m_scanningInstalled, m_installedScans.latest().has_value(),
                 &AppModel::scanningInstalledChanged);
             set(m_installedScanned, true, &AppModel::installedScannedChanged);
-            if (rows == nullptr) setAlert(std::get<BackgroundFailure>(outcome).reason);
+            if (rows == nullptr)
+                setAlert(failureSentence("The installed fonts", "read",
+                                         std::get<BackgroundFailure>(outcome).reason));
         });
 }
 
@@ -213,7 +218,8 @@ void AppModel::scanFolder(const fs::path& folder, Select select)
                          &AppModel::scanningFolderChanged);
                      auto* rows = std::get_if<RowList>(&outcome);
                      if (rows == nullptr) {
-                         setAlert(std::get<BackgroundFailure>(outcome).reason);
+                         setAlert(failureSentence(path, "read",
+                                                  std::get<BackgroundFailure>(outcome).reason));
                          return;
                      }
                      const bool wasRemoved = refreshes && !m_folders.contains(path);
@@ -295,7 +301,8 @@ void AppModel::checkNext(const std::shared_ptr<CheckedFiles>& files)
                      const bool counts = m_checks.end(files->ticket);
                      auto* result = std::get_if<PDFFontScanner::Result>(&outcome);
                      if (result == nullptr)
-                         setAlert(std::get<BackgroundFailure>(outcome).reason);
+                         setAlert(failureSentence(file.native(), "checked",
+                                                  std::get<BackgroundFailure>(outcome).reason));
                      else if (const auto* error = std::get_if<PDFCheckError>(result))
                          setAlert(error->message());
                      else if (counts)

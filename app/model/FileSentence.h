@@ -22,7 +22,8 @@ namespace quillmark {
     return repairedUtf8(name.empty() ? path : name);
 }
 
-/// Why something could not be done with a file; `done` is a participle such as "opened".
+/// Why something could not be done with a file, or with what is named instead of a path; `done` is
+/// a participle such as "opened".
 [[nodiscard]] inline std::string failureSentence(std::string_view path, std::string_view done,
                                                  std::string_view reason)
 {

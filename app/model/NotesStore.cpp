@@ -34,7 +34,7 @@ void NotesStore::load()
     if (!m_file) return;
     auto read = readNotesFile(*m_file);
     const auto* error = std::get_if<NotesError>(&read);
-    m_holdsUnread = error != nullptr && error->kind != NotesError::Kind::missing;
+    m_mayHoldUnread = error != nullptr && error->kind != NotesError::Kind::missing;
     m_book = error == nullptr ? std::get<NotesBook>(std::move(read)) : NotesBook{};
 }
 
@@ -101,11 +101,11 @@ std::optional<NotesError> NotesStore::saveBook(std::chrono::sys_seconds now)
 {
     if (!m_file) return std::nullopt;
     std::error_code ignored;
-    if (m_holdsUnread && fs::exists(*m_file, ignored)) {
+    if (m_mayHoldUnread && fs::exists(*m_file, ignored)) {
         auto kept = keepUnreadable(*m_file, now);
         if (auto* error = std::get_if<NotesError>(&kept)) return std::move(*error);
     }
-    m_holdsUnread = false;
+    m_mayHoldUnread = false;
     return m_book.save(*m_file);
 }
 

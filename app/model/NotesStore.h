@@ -56,7 +56,7 @@ private:
     std::optional<std::filesystem::path> m_file;
     Attachments m_attachments;
     NotesBook m_book;
-    bool m_holdsUnread{}; // whether the file has something in it that could not be read
+    bool m_mayHoldUnread{true}; // whether the file may have notes in it that were not read
     std::vector<std::string> m_discarded; // copies to be removed when the book has been saved
 };
 

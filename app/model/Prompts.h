@@ -47,7 +47,9 @@ public:
                       std::function<void(std::filesystem::path)> chosen) = 0;
     /// Shows a file or folder, selected, in the desktop's file manager.
     virtual void reveal(const std::filesystem::path& path) = 0;
-    /// Hands a URL to the program that the user has chosen for its kind. Whether one was found.
+    /// Hands a URL to the program that the user has chosen for its kind. A "file:" URL leads to a
+    /// file that came from somewhere else: one that is a program itself is revealed, never run.
+    /// Whether there was something to hand it to.
     [[nodiscard]] virtual bool openURL(const std::string& url) = 0;
 };
 

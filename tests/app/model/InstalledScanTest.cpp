@@ -139,18 +139,19 @@ TEST_F(InstalledScan, WantOfMemoryIsAnAlertAndKeepsWhatWasThere)
     model = std::make_unique<AppModel>(failing, AppModel::Persistence::on);
     model->scanInstalled();
     background.runAll();
-    EXPECT_EQ(model->alert(), std::bad_alloc().what());
+    EXPECT_EQ(model->alert(), "The installed fonts could not be read: There is not enough memory.");
     EXPECT_FALSE(model->scanningInstalled());
     model->setAlert(std::nullopt);
     model->scanFolder(scanned, AppModel::Select::yes);
     background.runAll();
-    EXPECT_EQ(model->alert(), std::bad_alloc().what());
+    EXPECT_EQ(model->alert(), scanned.native() + " could not be read: There is not enough memory.");
     EXPECT_EQ(model->scanningFolder(), std::nullopt);
     EXPECT_EQ(savedFolders(), (std::vector<std::string>{scanned}));
     model->setAlert(std::nullopt);
     model->checkDocuments({addDocument("a.pdf")});
     background.runAll();
-    EXPECT_EQ(model->alert(), std::bad_alloc().what());
+    EXPECT_EQ(model->alert(), (folder.path() / "a.pdf").native() +
+                                  " could not be checked: There is not enough memory.");
     EXPECT_EQ(model->checkingDocument(), std::nullopt);
 }
 

@@ -83,6 +83,7 @@ TEST_F(Notes, WithoutPersistenceStayInMemory)
 
 TEST_F(Notes, AFailedSaveIsReportedAndTheNextOneWritesTheEdit)
 {
+    model->start();
     std::filesystem::create_directories(places.notesFile()); // no file can replace it
     model->saveNote({.text = "First"}, "Brook");
     EXPECT_EQ(model->alert(),
@@ -106,6 +107,14 @@ TEST_F(Notes, AFileThatCannotBeReadIsKeptAsideBeforeTheFirstSave)
     EXPECT_EQ(content(places.dataFolder / "notes.unreadable-20260314T090000Z.json"),
               "{\"notes\": half of");
     EXPECT_EQ(NotesBook::load(places.notesFile()), model->notes());
+}
+
+TEST_F(Notes, AFileThatWasNeverLoadedIsKeptAsideToo)
+{
+    folder.write("data/Quillmark/notes.json", "{\"notes\": {}}");
+    model->saveNote({.text = "Hello"}, "Brook");
+    EXPECT_THAT(namesIn(places.dataFolder),
+                ElementsAre("notes.json", "notes.unreadable-20260314T090000Z.json"));
 }
 
 TEST_F(Notes, AFileThatWasReadIsNotKeptAside)
