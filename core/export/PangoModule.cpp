@@ -103,6 +103,14 @@ public:
         ::pango_context_set_base_dir(m_context.get(), PANGO_DIRECTION_LTR);
     }
 
+    ~Layout()
+    {
+        // Pango 1.50 does not let go of its configuration when a map ends.
+        ::pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(m_map.get()), nullptr);
+    }
+    Layout(const Layout&) = delete;
+    Layout& operator=(const Layout&) = delete;
+
     void lines(const Request& request, const Receiver& receiver) const
     {
         const auto runs = std::span(request.runs, request.runCount);
