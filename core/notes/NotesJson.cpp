@@ -9,92 +9,47 @@
 #include <cstddef>
 #include <optional>
 #include <utility>
-#include <vector>
 
 namespace quillmark::NotesJson {
 namespace {
 
 using nlohmann::json;
 
-/// Puts together what the parser reads, and stops it at a limit. The library's own way to watch
-/// over a parser looks through an object again for each member, and cannot stop it.
-class BoundedValue {
-public:
-    // What the parser calls; it stops when one of them gives false.
-    bool null() { return put(nullptr); }
-    bool boolean(bool flag) { return put(flag); }
-    bool number_integer(json::number_integer_t number) { return put(number); }
-    bool number_unsigned(json::number_unsigned_t number) { return put(number); }
-    bool number_float(json::number_float_t number, const std::string&) { return put(number); }
-    bool string(std::string& text) { return put(std::move(text)); }
-    bool binary(json::binary_t&) { return false; } // there is none in text
-    bool start_object(std::size_t) { return begin(json::object()); }
-    bool key(std::string& name)
-    {
-        m_member = &(*m_open.back())[std::move(name)];
-        return count();
-    }
-    bool end_object() { return end(); }
-    bool start_array(std::size_t) { return begin(json::array()); }
-    bool end_array() { return end(); }
-    bool parse_error(std::size_t, const std::string&, const json::exception&)
-    {
-        return fail("it is not JSON");
-    }
-
-    [[nodiscard]] json take() { return std::move(m_value); }
-    [[nodiscard]] const std::optional<Damage>& damage() const { return m_damage; }
-
-private:
-    bool put(json value)
-    {
-        static_cast<void>(place(std::move(value)));
-        return count();
-    }
-    bool begin(json empty)
-    {
-        if (m_open.size() >= Limits::notesFileDepth)
-            return fail("its values are nested too deeply");
-        m_open.push_back(place(std::move(empty)));
-        return count();
-    }
-    bool end()
-    {
-        m_open.pop_back();
-        return count();
-    }
-    /// Puts a value where it belongs; its address stays while it is the last one there.
-    json* place(json value)
-    {
-        json* const parent = m_open.empty() ? nullptr : m_open.back();
-        if (parent != nullptr && parent->is_array()) {
-            parent->push_back(std::move(value));
-            return &parent->back();
+/// What in `text` could make the parser take much more memory or time than its size allows for,
+/// seen without parsing it. Text that is no JSON is left for the parser to refuse: as far as that
+/// gets, it sees no more than is counted here.
+std::optional<Damage> excess(std::string_view text)
+{
+    std::size_t depth = 0;
+    std::size_t marks = 0;
+    bool inString = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char character = text[i];
+        if (character == '"') inString = !inString;
+        if (inString) {
+            if (character == '\\') ++i; // what is escaped ends no string
+            continue;
         }
-        json* const where = parent == nullptr ? &m_value : m_member;
-        *where = std::move(value);
-        return where;
+        const bool opens = character == '[' || character == '{';
+        const bool closes = character == ']' || character == '}';
+        if (opens && ++depth > Limits::notesFileDepth)
+            return Damage{"its values are nested too deeply"};
+        if (closes && depth > 0) --depth;
+        if (!opens && !closes && character != ',' && character != ':') continue;
+        if (++marks > Limits::notesFileMarks) return Damage{"it holds too many values"};
     }
-    bool count() { return ++m_parts <= Limits::notesFileParts || fail("it holds too many values"); }
-    bool fail(const char* reason)
-    {
-        m_damage = Damage{reason};
-        return false;
-    }
-
-    json m_value;
-    std::vector<json*> m_open; // the objects and arrays that have not ended, outermost first
-    json* m_member{};          // what the last key stands for
-    std::size_t m_parts{};
-    std::optional<Damage> m_damage;
-};
+    return std::nullopt;
+}
 
 std::variant<json, Damage> parse(std::string_view text)
 {
-    BoundedValue value;
-    json::sax_parse(text, &value);
-    if (value.damage()) return *value.damage();
-    return value.take();
+    if (auto damage = excess(text)) return *std::move(damage);
+    // The parser takes a NUL for the end of the text and passes over all that follows.
+    const bool hasNul = text.find('\0') != std::string_view::npos;
+    constexpr bool throws = false;
+    json value = hasNul ? json(json::value_t::discarded) : json::parse(text, nullptr, throws);
+    if (value.is_discarded()) return Damage{"it is not JSON"};
+    return value;
 }
 
 std::string textOf(const json& value)

@@ -370,6 +370,13 @@ INSTANTIATE_TEST_SUITE_P(NotesJson, NoNotes,
                                          "{\"notes\": []}", "{\"notes\": null}", "{\"notes\": {}",
                                          "{\"notes\": {}} x", "not json", "\xFF\xFE{\0\"\0"));
 
+TEST(NotesJson, DoesNotEndAtANul)
+{
+    for (const char* behind : {"", " ", "{\"notes\": {}}", "not json"})
+        EXPECT_EQ(damage(std::string(fullNoteText) + '\0' + behind), "it is not JSON") << behind;
+    EXPECT_EQ(damage(std::string(1, '\0') + std::string(fullNoteText)), "it is not JSON");
+}
+
 TEST(NotesJson, NamesNoKeyThatWouldDrownTheSentence)
 {
     const auto text = replaced(fullNoteText, "Garamond-Bold", std::string(61, 'x'));
@@ -402,12 +409,30 @@ TEST(NotesJson, NestedWithoutEndIsRefused)
     EXPECT_EQ(damage(objects), "its values are nested too deeply");
 }
 
+/// A book with a list whose brackets and commas, with all else that is in the text, are so many.
+std::string zeros(std::size_t marks)
+{
+    constexpr std::string_view start = R"({"notes": {}, "zeros": [0)";
+    constexpr std::size_t otherMarks = 9;
+    std::string text(start);
+    for (std::size_t i = otherMarks; i < marks; ++i)
+        text += ",0";
+    return text + "]}";
+}
+
 TEST(NotesJson, OfTooManyValuesIsRefused)
 {
-    std::string text = R"({"notes": {}, "zeros": [0)";
-    for (std::size_t i = 0; i < Limits::notesFileParts; ++i)
-        text += ",0";
-    EXPECT_EQ(damage(text + "]}"), "it holds too many values");
+    EXPECT_EQ(damage(zeros(Limits::notesFileMarks + 1)), "it holds too many values");
+    // Text that is no JSON is not parsed up to its fault when it holds too many already.
+    EXPECT_EQ(damage(zeros(Limits::notesFileMarks) + ","), "it holds too many values");
+    EXPECT_EQ(damage(std::string(Limits::notesFileMarks, ',')), "it is not JSON");
+}
+
+TEST(NotesJson, CountsNothingInsideTexts)
+{
+    const std::string marks = "\\\"[{" + std::string(Limits::notesFileMarks, ',');
+    EXPECT_EQ(damage(replaced(fullNoteText, "two seats", marks)), "");
+    EXPECT_EQ(damage(replaced(fullNoteText, "two seats", std::string(100, '[') + "\\\\")), "");
 }
 
 } // namespace
