@@ -416,6 +416,22 @@ TEST(CSVNote, NamesTheAttachmentAsTheUserKnowsIt)
     EXPECT_EQ(cell("Attachment", installedRow(), bookWith(note)), "");
 }
 
+TEST(CSVNote, KeepsTheLineBreaksOfItsTextInQuotes)
+{
+    const std::vector rows{installedRow()};
+    const std::string text = AuditExport::csv(rows, bookWith({.text = "two seats\nsecond line"}));
+    EXPECT_NE(text.find(",\"two seats\nsecond line\"\r\nNote,"), std::string::npos) << text;
+}
+
+TEST(CSVNote, ThatIsAFormulaHasAnApostropheInFront)
+{
+    const std::vector rows{installedRow()};
+    EXPECT_NE(AuditExport::csv(rows, bookWith({.text = "=1+1"})).find(",'=1+1\r\nNote,"),
+              std::string::npos);
+    EXPECT_NE(AuditExport::csv(rows, bookWith({.text = "-"})).find(",'-\r\nNote,"),
+              std::string::npos);
+}
+
 TEST(CSVNote, IsSharedByFontsOfOneNameInEveryList)
 {
     AuditRow installed = installedRow();
