@@ -26,12 +26,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Whether the results go to a terminal.
-bool isShown(const Options& options, const Environment& environment)
-{
-    return !options.output && environment.output.columns;
-}
-
 Page page(const Options& options, const Environment& environment)
 {
     // A file is written for whoever reads it later, not for this terminal.
@@ -142,8 +136,8 @@ Outcome writeJson(const Run& run)
 
 Outcome writeCsv(const Run& run, const NotesBook& notes)
 {
-    const auto target = isShown(run.options, run.environment) ? CsvReport::Target::terminal
-                                                              : CsvReport::Target::file;
+    const auto target =
+        run.output.isTerminal() ? CsvReport::Target::terminal : CsvReport::Target::file;
     CsvReport report(run.output, notes, target);
     Outcome outcome = fill(
         report, [&report](AuditRow&& row) { return report.row(row); }, run);
@@ -194,11 +188,11 @@ ExitCode runCommand(const Options& options, const Environment& environment, Cons
 {
     if (const auto input = overwrittenInput(options, environment))
         return wrongUse("--output would replace the input \"" + input->native() + "\".", console);
-    if (options.format == Format::pdf && isShown(options, environment))
-        return wrongUse("a PDF is nothing for a terminal; name a file with --output.", console);
 
     Output output(options.output, environment.output);
     if (output.error()) return outputExitCode(*output.error(), console);
+    if (options.format == Format::pdf && output.isTerminal())
+        return wrongUse("a PDF is nothing for a terminal; name a file with --output.", console);
     const Outcome outcome = writeReport({options, environment, console, output});
     output.finish();
 

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <utility>
 
 namespace quillmark::cli {
@@ -23,6 +24,7 @@ Output::Output(const std::optional<fs::path>& file, const Stream& standardOutput
     if (!file || *file == "/dev/stdout") {
         m_name = "standard output";
         m_descriptor = standardOutput.descriptor;
+        m_isTerminal = standardOutput.columns.has_value();
         return;
     }
     m_name = file->native();
@@ -33,9 +35,10 @@ void Output::openTarget(const fs::path& file)
 {
     struct stat status {};
     if (stat(file.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
-        m_direct = openFile(file, O_WRONLY);
+        m_direct = openFile(file, O_WRONLY | O_NOCTTY);
         if (!m_direct.isOpen()) return fail(FileError::ofSystem(errno));
         m_descriptor = m_direct.get();
+        m_isTerminal = isatty(m_descriptor) == 1;
         return;
     }
     // No signal may come between making the file and knowing that it is to be removed.

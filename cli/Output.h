@@ -38,6 +38,8 @@ public:
     Output& operator=(const Output&) = delete;
 
     [[nodiscard]] std::string& buffer() { return m_buffer; }
+    /// Whether somebody sees it on a terminal, which is a device by many names.
+    [[nodiscard]] bool isTerminal() const { return m_isTerminal; }
     /// Writes the buffer out once there is enough in it to be worth a system call.
     void drain();
     /// Writes what is left and puts the file in its place.
@@ -52,6 +54,7 @@ private:
     std::string m_buffer;
     std::string m_name; // for messages
     int m_descriptor{-1};
+    bool m_isTerminal{};
     FileDescriptor m_direct;                        // a pipe or a device
     std::optional<Interruption::Removal> m_removal; // outlives the temporary
     std::optional<DurableFile> m_file;

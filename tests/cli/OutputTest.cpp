@@ -5,8 +5,10 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -16,7 +18,10 @@
 namespace quillmark::test {
 namespace {
 
+using testing::AnyOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
 using testing::Optional;
 using testing::StartsWith;
 
@@ -149,6 +154,62 @@ TEST_F(OutputFile, CanBeAPipe)
     EXPECT_EQ(read(reader.get(), piece.data(), piece.size()), 15);
     EXPECT_EQ(piece, "Installed fonts");
     EXPECT_TRUE(std::filesystem::is_fifo(at("pipe")));
+}
+
+/// A terminal that the program can open by its name.
+class NamedTerminal {
+public:
+    NamedTerminal() : m_screen(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK))
+    {
+        EXPECT_EQ(grantpt(m_screen.get()), 0);
+        EXPECT_EQ(unlockpt(m_screen.get()), 0);
+        m_name = ptsname(m_screen.get());
+        m_open = openFile(m_name, O_RDWR | O_NOCTTY);
+    }
+    [[nodiscard]] const std::string& name() const { return m_name; }
+    /// What stands on it.
+    [[nodiscard]] std::string text() const
+    {
+        std::string text(4096, '\0'); // it holds no more
+        const auto size = read(m_screen.get(), text.data(), text.size());
+        text.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+        return text;
+    }
+
+private:
+    FileDescriptor m_screen;
+    FileDescriptor m_open; // keeps what was written when the program closes it
+    std::string m_name;
+};
+
+TEST_F(OutputFile, ThatIsATerminalCannotBeControlled)
+{
+    FontValues font = likelyOKFont();
+    font.fullName = u"A\x1b[31m\u202E";
+    addFile("Fonts/a.ttf", {font});
+    for (const char* format : {"text", "json", "csv"}) {
+        const NamedTerminal terminal;
+        EXPECT_EQ(run({"scan", at("Fonts"), "-f", format, "-o", terminal.name()}).exitCode, 0);
+        const std::string text = terminal.text();
+        EXPECT_THAT(text, HasSubstr("Cedar-Regular")) << format;
+        EXPECT_THAT(text, Not(AnyOf(HasSubstr("\x1b"), HasSubstr("\u202E")))) << format;
+    }
+}
+
+TEST_F(OutputFile, ThatIsATerminalGetsNoPDF)
+{
+    const NamedTerminal terminal;
+    const Outcome outcome = run({"installed", "-f", "pdf", "-o", terminal.name()});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.errors,
+              "quillmark-cli: a PDF is nothing for a terminal; name a file with --output.\n");
+    EXPECT_EQ(terminal.text(), "");
+}
+
+TEST_F(OutputFile, IsStandardOutputOnATerminalByItsNameAsADevice)
+{
+    outputColumns = 80;
+    EXPECT_EQ(run({"installed", "-f", "pdf", "-o", "/dev/stdout"}).exitCode, 2);
 }
 
 TEST_F(OutputFile, NeverReplacesAnInput)
