@@ -16,20 +16,6 @@ namespace quillmark {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-constexpr unsigned permissionBits = 07777;
-
-/// The system's error number when the file cannot have these permissions. A file system without any
-/// gives every file the same.
-int setPermissions(int descriptor, unsigned mode)
-{
-    if (fchmod(descriptor, mode) == 0 || errno == EPERM || errno == ENOTSUP) return 0;
-    return errno;
-}
-
-} // namespace
-
 unsigned newFileMode()
 {
     const mode_t mask = umask(0);
@@ -60,19 +46,24 @@ std::variant<DurableFile, FileError> DurableFile::create(const fs::path& path, u
     std::string name = target.parent_path() / ".quillmark-XXXXXX";
     FileDescriptor file(mkostemp(name.data(), O_CLOEXEC)); // readable for the owner only
     if (!file.isOpen()) return FileError::ofSystem(errno);
+    if (!exists)
+        return DurableFile(std::move(file), std::move(name), std::move(target), {}, newMode);
+    // A program's right to run as its owner is not for what takes its place.
+    constexpr unsigned permissionBits = 0777;
     return DurableFile(std::move(file), std::move(name), std::move(target),
-                       exists ? status.st_mode & permissionBits : newMode);
+                       Owner{status.st_uid, status.st_gid}, status.st_mode & permissionBits);
 }
 
-DurableFile::DurableFile(FileDescriptor file, fs::path temporary, fs::path target, unsigned mode)
+DurableFile::DurableFile(FileDescriptor file, fs::path temporary, fs::path target,
+                         std::optional<Owner> owner, unsigned mode)
     : m_file(std::move(file)), m_temporary(std::move(temporary)), m_target(std::move(target)),
-      m_mode(mode)
+      m_owner(owner), m_mode(mode)
 {
 }
 
 DurableFile::DurableFile(DurableFile&& other) noexcept
     : m_file(std::move(other.m_file)), m_temporary(std::exchange(other.m_temporary, {})),
-      m_target(std::move(other.m_target)), m_mode(other.m_mode)
+      m_target(std::move(other.m_target)), m_owner(other.m_owner), m_mode(other.m_mode)
 {
 }
 
@@ -81,17 +72,30 @@ DurableFile::~DurableFile()
     if (!m_temporary.empty()) unlink(m_temporary.c_str());
 }
 
-std::optional<FileError> DurableFile::commit()
+/// Zero or the system's error number. A file system without permissions gives every file the same.
+int DurableFile::setRights() const
 {
-    if (const int error = setPermissions(m_file.get(), m_mode); error != 0)
-        return FileError::ofSystem(error);
+    unsigned mode = m_mode;
+    if (m_owner && fchown(m_file.get(), m_owner->user, m_owner->group) != 0 &&
+        fchown(m_file.get(), static_cast<uid_t>(-1), m_owner->group) != 0) {
+        constexpr unsigned group = 0070;
+        mode &= ~group | (mode << 3U);
+    }
+    if (fchmod(m_file.get(), mode) == 0 || errno == EPERM || errno == ENOTSUP) return 0;
+    return errno;
+}
+
+std::optional<FileError> DurableFile::commit(Durability durability)
+{
+    const bool synced = durability == Durability::synced;
+    if (const int error = setRights(); error != 0) return FileError::ofSystem(error);
     // Once the new name is on the disk its bytes must be there too, also when the power fails.
-    if (const int error = syncDescriptor(m_file.get()); error != 0)
+    if (const int error = synced ? syncDescriptor(m_file.get()) : 0; error != 0)
         return FileError::ofSystem(error);
     if (const int error = m_file.close(); error != 0) return FileError::ofSystem(error);
     if (rename(m_temporary.c_str(), m_target.c_str()) != 0) return FileError::ofSystem(errno);
     m_temporary.clear();
-    if (const int error = syncFolder(m_target.parent_path()); error != 0)
+    if (const int error = synced ? syncFolder(m_target.parent_path()) : 0; error != 0)
         return FileError::ofSystem(error);
     return std::nullopt;
 }

@@ -11,13 +11,21 @@
 
 namespace quillmark {
 
+/// Whether a file outlasts a power failure right behind its making. To put it on the disk takes a
+/// while, which is worth it for all that cannot be made again.
+enum class Durability {
+    synced,
+    unsynced, // after such a failure an empty or a partial file can be there
+};
+
 /// A new file, written under a temporary name beside the one that it replaces at last. Until then
 /// only its owner may read it. Unless it is committed nothing remains of it.
 class DurableFile {
 public:
     /// A file to take the place of the one at `path`, or at the end of the links there, which stay
-    /// links. It gets the permissions of the file it replaces, or `newMode` if there is none. What
-    /// is there and no regular file is not replaced.
+    /// links. It gets the owner, the group and the permissions of the file it replaces, as far as
+    /// they can be given; a group that gets it instead may do no more than everybody. If there is
+    /// none its permissions are `newMode`. What is there and no regular file is not replaced.
     [[nodiscard]] static std::variant<DurableFile, FileError>
     create(const std::filesystem::path& path, unsigned newMode);
 
@@ -31,17 +39,25 @@ public:
     [[nodiscard]] int descriptor() const { return m_file.get(); }
     [[nodiscard]] const std::filesystem::path& temporary() const { return m_temporary; }
 
-    /// Has everything put on the disk, then puts the file in its place. After an error the former
-    /// file is as it was; only when the disk fails as the folder is written is it replaced already.
-    [[nodiscard]] std::optional<FileError> commit();
+    /// Has everything put on the disk if asked to, then puts the file in its place. After an error
+    /// the former file is as it was; only when the disk fails as the folder is written is it
+    /// replaced already.
+    [[nodiscard]] std::optional<FileError> commit(Durability durability = Durability::synced);
 
 private:
+    struct Owner {
+        unsigned user{};
+        unsigned group{};
+    };
+
     DurableFile(FileDescriptor file, std::filesystem::path temporary, std::filesystem::path target,
-                unsigned mode);
+                std::optional<Owner> owner, unsigned mode);
+    [[nodiscard]] int setRights() const;
 
     FileDescriptor m_file;
     std::filesystem::path m_temporary; // empty once there is none any more
     std::filesystem::path m_target;
+    std::optional<Owner> m_owner; // of the file it replaces
     unsigned m_mode{};
 };
 

@@ -17,6 +17,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace quillmark::test {
@@ -95,6 +96,53 @@ TEST_F(DurableFileTest, KeepsThePermissionsOfTheFormerOne)
     ASSERT_EQ(chmod(at("a").c_str(), 0640), 0);
     EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
     EXPECT_EQ(mode("a"), 0640U);
+}
+
+TEST_F(DurableFileTest, KeepsNoRightToRunAsItsOwner)
+{
+    folder.write("a", "old");
+    ASSERT_EQ(chmod(at("a").c_str(), 06755), 0);
+    EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
+    EXPECT_EQ(mode("a"), 0755U);
+}
+
+TEST_F(DurableFileTest, KeepsOwnerAndGroupWhereTheyCanBeGiven)
+{
+    if (geteuid() != 0) GTEST_SKIP() << "only root can give files to others";
+    folder.write("a", "old");
+    ASSERT_EQ(chown(at("a").c_str(), 1234, 2345), 0);
+    ASSERT_EQ(chmod(at("a").c_str(), 0640), 0);
+    EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
+    struct stat status {};
+    ASSERT_EQ(stat(at("a").c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, 1234U);
+    EXPECT_EQ(status.st_gid, 2345U);
+    EXPECT_EQ(mode("a"), 0640U);
+}
+
+TEST_F(DurableFileTest, GivesAnotherGroupNoMoreThanEverybody)
+{
+    for (const auto& [before, after] : {std::pair(0660U, 0600U), std::pair(0664U, 0644U),
+                                        std::pair(0606U, 0606U), std::pair(0777U, 0777U)}) {
+        folder.write("a", "old");
+        ASSERT_EQ(chmod(at("a").c_str(), before), 0);
+        const FaultyCall faulty(Call::fchown, EPERM);
+        EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
+        EXPECT_EQ(mode("a"), after);
+    }
+}
+
+TEST_F(DurableFileTest, ThatCanBeMadeAgainDoesNotWaitForTheDisk)
+{
+    folder.write("a", "old");
+    auto made = DurableFile::create(at("a"), ownerOnly);
+    ASSERT_TRUE(std::holds_alternative<DurableFile>(made));
+    auto& file = std::get<DurableFile>(made);
+    EXPECT_EQ(writeAll(file.descriptor(), "new"), 0);
+    const FaultyCall faulty(Call::fsync, EIO);
+    EXPECT_EQ(file.commit(Durability::unsynced), std::nullopt);
+    EXPECT_EQ(content("a"), "new");
+    EXPECT_THAT(names(), ElementsAre("a"));
 }
 
 TEST_F(DurableFileTest, ThatIsNotCommittedLeavesNothing)

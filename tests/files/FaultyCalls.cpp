@@ -95,6 +95,13 @@ int rename(const char* from, const char* to) noexcept
     return fails(Call::rename) ? -1 : genuine<int(const char*, const char*)>("rename")(from, to);
 }
 
+int fchown(int descriptor, uid_t user, gid_t group) noexcept
+{
+    using namespace quillmark::test;
+    return fails(Call::fchown) ? -1
+                               : genuine<int(int, uid_t, gid_t)>("fchown")(descriptor, user, group);
+}
+
 int fchmod(int descriptor, mode_t mode) noexcept
 {
     using namespace quillmark::test;

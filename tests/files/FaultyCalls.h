@@ -4,7 +4,7 @@
 
 namespace quillmark::test {
 
-enum class Call { write, fsync, rename, fchmod };
+enum class Call { write, fsync, rename, fchown, fchmod };
 
 /// While it lives, the call after `passed` successful ones of its kind fails with `error`, and so
 /// do all that follow. One at a time.
