@@ -24,7 +24,9 @@ struct Release {
     {
         ::pango_font_description_free(description);
     }
-    void operator()(PangoLayoutIter* iterator) const { ::pango_layout_iter_free(iterator); }
+    void operator()(PangoAttrList* attributes) const { ::pango_attr_list_unref(attributes); }
+    void operator()(PangoItem* item) const { ::pango_item_free(item); }
+    void operator()(PangoGlyphString* glyphs) const { ::pango_glyph_string_free(glyphs); }
     void operator()(void* object) const { ::g_object_unref(object); }
 };
 
@@ -75,11 +77,6 @@ double points(int pangoUnits)
     return static_cast<double>(pangoUnits) / PANGO_SCALE;
 }
 
-int pangoUnits(double points)
-{
-    return static_cast<int>(points * PANGO_SCALE);
-}
-
 std::size_t position(int index)
 {
     return static_cast<std::size_t>(std::max(index, 0));
@@ -111,40 +108,60 @@ public:
     Layout(const Layout&) = delete;
     Layout& operator=(const Layout&) = delete;
 
+    /// Lines are broken here and not by Pango, which shapes what is left of a text again for each
+    /// line: ten times as much work where words are long.
     void lines(const Request& request, const Receiver& receiver) const
     {
         const auto runs = std::span(request.runs, request.runCount);
         std::string text;
         for (const Run& run : runs)
             text.append(run.text, run.size);
-        const Owned<PangoLayout> layout(::pango_layout_new(m_context.get()));
-        ::pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
-        // Each line starts at the left, whatever script it starts with.
-        ::pango_layout_set_auto_dir(layout.get(), FALSE);
-        ::pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
-        ::pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
-        const double offset = std::min(request.indent, request.hang);
-        ::pango_layout_set_width(layout.get(), pangoUnits(request.width - offset));
-        ::pango_layout_set_indent(layout.get(), pangoUnits(request.indent - request.hang));
-        setFonts(layout.get(), runs, request.size);
-
-        const Owned<PangoLayoutIter> iterator(::pango_layout_get_iter(layout.get()));
-        do {
-            PangoRectangle logical{};
-            ::pango_layout_iter_get_line_extents(iterator.get(), nullptr, &logical);
-            const int above = ::pango_layout_iter_get_baseline(iterator.get()) - logical.y;
-            receiver.line(receiver.object, points(above), points(logical.height - above));
-            const PangoLayoutLine* line = ::pango_layout_iter_get_line_readonly(iterator.get());
-            double x = offset + points(logical.x);
-            for (const GSList* node = line->runs; node != nullptr; node = node->next)
-                x = readRun(static_cast<PangoGlyphItem*>(node->data), text, x, receiver);
-        } while (::pango_layout_iter_next_line(iterator.get()) != FALSE);
+        const Shaped shaped = shape(text, fonts(runs, request.size).get());
+        double indent = request.indent;
+        for (std::size_t first = 0; first < shaped.clusters.size();) {
+            const auto rest = std::span(shaped.clusters).subspan(first);
+            const std::size_t count =
+                lineLength(rest, request.width - indent, request.width - request.hang);
+            showLine(shaped, rest.first(count), indent, receiver);
+            first += count;
+            indent = request.hang;
+        }
     }
 
 private:
-    static void setFonts(PangoLayout* layout, std::span<const Run> runs, double size)
+    /// Text in one font and one direction.
+    struct Item {
+        bool isKnown{}; // by its font's file
+        Font file{};
+        unsigned level{}; // odd: from right to left
+        double ascent{};
+        double descent{};
+    };
+
+    enum class Break { never, character, line };
+
+    /// Glyphs that stand for one stretch of text together.
+    struct Cluster {
+        std::size_t item{};
+        std::size_t firstGlyph{};
+        std::size_t endGlyph{};
+        std::size_t start{}; // in bytes of the text
+        std::size_t end{};
+        double width{};
+        bool isBlank{};
+        Break before{Break::never}; // whether a line may end before it
+    };
+
+    struct Shaped {
+        std::vector<Item> items;
+        std::vector<Owned<PangoItem>> pangoItems; // which keep the files' paths
+        std::vector<Cluster> clusters;            // in the order of the text
+        std::vector<PangoGlyphInfo> glyphs;       // those of an item from left to right
+    };
+
+    static Owned<PangoAttrList> fonts(std::span<const Run> runs, double size)
     {
-        PangoAttrList* const attributes = ::pango_attr_list_new();
+        Owned<PangoAttrList> attributes(::pango_attr_list_new());
         std::size_t start = 0;
         for (const Run& run : runs) {
             const Owned<PangoFontDescription> font(::pango_font_description_new());
@@ -158,64 +175,177 @@ private:
             attribute->start_index = static_cast<guint>(start);
             start += run.size;
             attribute->end_index = static_cast<guint>(start);
-            ::pango_attr_list_insert(attributes, attribute);
+            ::pango_attr_list_insert(attributes.get(), attribute);
         }
-        ::pango_layout_set_attributes(layout, attributes);
-        ::pango_attr_list_unref(attributes);
+        return attributes;
     }
 
-    /// Glyphs that stand for one stretch of text together.
-    struct Cluster {
-        std::size_t firstGlyph{};
-        std::size_t endGlyph{};
-        std::size_t start{}; // in bytes of the text
-        std::size_t end{};
-    };
-
-    /// From left to right.
-    static std::vector<Cluster> clusters(PangoGlyphItem* run, const std::string& text)
+    [[nodiscard]] Shaped shape(const std::string& text, PangoAttrList* fonts) const
     {
-        std::vector<Cluster> found;
+        const int size = static_cast<int>(text.size());
+        // Each line starts at the left, whatever script it starts with.
+        GList* const items = ::pango_itemize_with_base_dir(m_context.get(), PANGO_DIRECTION_LTR,
+                                                           text.data(), 0, size, fonts, nullptr);
+        Shaped shaped;
+        for (const GList* node = items; node != nullptr; node = node->next)
+            shaped.pangoItems.emplace_back(static_cast<PangoItem*>(node->data));
+        ::g_list_free(items);
+
+        std::vector<PangoLogAttr> breaks(
+            position(static_cast<int>(::g_utf8_strlen(text.data(), size))) + 1);
+        ::pango_get_log_attrs(text.data(), size, -1, ::pango_language_get_default(), breaks.data(),
+                              static_cast<int>(breaks.size()));
+        const Owned<PangoGlyphString> glyphs(::pango_glyph_string_new());
+        std::size_t character = 0;
+        for (const auto& item : shaped.pangoItems) {
+            ::pango_shape_full(text.data() + item->offset, item->length, text.data(), size,
+                               &item->analysis, glyphs.get());
+            addItem(shaped, item.get(), glyphs.get());
+            addClusters(shaped, text, item.get(), glyphs.get(),
+                        std::span(breaks).subspan(character));
+            character += position(item->num_chars);
+        }
+        return shaped;
+    }
+
+    static void addItem(Shaped& shaped, const PangoItem* item, const PangoGlyphString* glyphs)
+    {
+        Item& added = shaped.items.emplace_back();
+        added.isKnown = findFile(item->analysis.font, added.file);
+        added.level = item->analysis.level;
+        if (glyphs->num_glyphs == 0) return;
+        PangoRectangle logical{};
+        ::pango_font_get_glyph_extents(item->analysis.font, glyphs->glyphs[0].glyph, nullptr,
+                                       &logical);
+        added.ascent = points(-logical.y);
+        added.descent = points(logical.y + logical.height);
+    }
+
+    /// `breaks` are those of the item's characters, and of what follows.
+    static void addClusters(Shaped& shaped, const std::string& text, PangoItem* item,
+                            PangoGlyphString* glyphs, std::span<const PangoLogAttr> breaks)
+    {
+        const std::size_t before = shaped.glyphs.size();
+        const auto own = std::span(glyphs->glyphs, position(glyphs->num_glyphs));
+        shaped.glyphs.insert(shaped.glyphs.end(), own.begin(), own.end());
+        PangoGlyphItem run{item, glyphs, 0, 0, 0};
         PangoGlyphItemIter iterator{};
-        auto more = ::pango_glyph_item_iter_init_start(&iterator, run, text.c_str());
+        auto more = ::pango_glyph_item_iter_init_start(&iterator, &run, text.c_str());
         for (; more != FALSE; more = ::pango_glyph_item_iter_next_cluster(&iterator)) {
             // From right to left, the glyphs of a cluster are counted downwards.
             const bool isForward = iterator.start_glyph < iterator.end_glyph;
-            found.push_back({position(isForward ? iterator.start_glyph : iterator.end_glyph + 1),
-                             position(isForward ? iterator.end_glyph : iterator.start_glyph + 1),
-                             position(iterator.start_index), position(iterator.end_index)});
+            const int first = isForward ? iterator.start_glyph : iterator.end_glyph + 1;
+            const int end = isForward ? iterator.end_glyph : iterator.start_glyph + 1;
+            Cluster& added = shaped.clusters.emplace_back();
+            added.item = shaped.items.size() - 1;
+            added.firstGlyph = before + position(first);
+            added.endGlyph = before + position(end);
+            added.start = position(iterator.start_index);
+            added.end = position(iterator.end_index);
+            for (const PangoGlyphInfo& glyph : own.subspan(position(first), position(end - first)))
+                added.width += points(glyph.geometry.width);
+            const PangoLogAttr& attributes = breaks[position(iterator.start_char)];
+            added.isBlank = attributes.is_white != 0;
+            if (attributes.is_line_break != 0)
+                added.before = Break::line;
+            else if (attributes.is_char_break != 0)
+                added.before = Break::character;
         }
-        std::ranges::stable_sort(found, {}, &Cluster::firstGlyph);
-        return found;
     }
 
-    /// Returns where the run ends.
-    static double readRun(PangoGlyphItem* run, const std::string& text, double x,
-                          const Receiver& receiver)
+    /// How many clusters go on a line that has `width` for them, at least one. A word goes to the
+    /// next line, which has `nextWidth`, if it fits there as a whole; else it is broken.
+    static std::size_t lineLength(std::span<const Cluster> clusters, double width, double nextWidth)
     {
-        Font file{};
-        const bool hasFile = findFile(run->item->analysis.font, file);
-        const auto glyphs = std::span(run->glyphs->glyphs, position(run->glyphs->num_glyphs));
-        for (const Cluster& cluster : clusters(run, text)) {
-            const auto own =
-                glyphs.subspan(cluster.firstGlyph, cluster.endGlyph - cluster.firstGlyph);
-            double width = 0;
-            bool isKnown = hasFile;
-            for (const PangoGlyphInfo& info : own) {
-                width += points(info.geometry.width);
-                if ((info.glyph & PANGO_GLYPH_UNKNOWN_FLAG) != 0) isKnown = false;
+        constexpr double unseen = 0.01; // points, so that rounding breaks no line
+        std::size_t wordStart = 0;
+        std::size_t lastCharacter = 0;
+        double used = 0;
+        double wordWidth = 0;
+        std::size_t at = 0;
+        for (; at < clusters.size(); ++at) {
+            const Cluster& cluster = clusters[at];
+            if (cluster.before != Break::never) lastCharacter = at;
+            if (cluster.before == Break::line) {
+                wordStart = at;
+                wordWidth = 0;
             }
-            receiver.cluster(receiver.object, isKnown ? &file : nullptr, cluster.start, cluster.end,
-                             x, width);
-            for (const PangoGlyphInfo& info : own) {
-                if (info.glyph != PANGO_GLYPH_EMPTY)
-                    receiver.glyph(receiver.object, isKnown ? info.glyph : 0,
-                                   x + points(info.geometry.x_offset),
-                                   -points(info.geometry.y_offset));
-                x += points(info.geometry.width);
+            if (!cluster.isBlank && used + cluster.width > width + unseen) break;
+            used += cluster.width;
+            wordWidth += cluster.width;
+        }
+        if (at == clusters.size()) return at;
+        for (std::size_t end = at;
+             wordWidth <= nextWidth + unseen && end < clusters.size() && !clusters[end].isBlank &&
+             (end == at || clusters[end].before != Break::line);
+             ++end)
+            wordWidth += clusters[end].width;
+        if (wordStart > 0 && wordWidth <= nextWidth + unseen) return wordStart;
+        return std::max<std::size_t>({lastCharacter > 0 ? lastCharacter : at, 1});
+    }
+
+    /// Blanks at a line's end, which is what they stand for, are left out.
+    static void showLine(const Shaped& shaped, std::span<const Cluster> clusters, double x,
+                         const Receiver& receiver)
+    {
+        std::vector<Cluster> line(clusters.begin(), clusters.end());
+        const bool isLast =
+            clusters.data() + clusters.size() == shaped.clusters.data() + shaped.clusters.size();
+        while (!isLast && line.size() > 1 && line.back().isBlank)
+            line.pop_back();
+        double ascent = 0;
+        double descent = 0;
+        for (const Cluster& cluster : line) {
+            ascent = std::max(ascent, shaped.items[cluster.item].ascent);
+            descent = std::max(descent, shaped.items[cluster.item].descent);
+        }
+        receiver.line(receiver.object, ascent, descent);
+        orderVisually(shaped, line);
+        for (const Cluster& cluster : line) {
+            showCluster(shaped, cluster, x, receiver);
+            x += cluster.width;
+        }
+    }
+
+    /// From the order of reading to that from left to right: what has a level, or a higher one, is
+    /// turned round, from the highest level downwards (Unicode Standard Annex 9, rule L2).
+    static void orderVisually(const Shaped& shaped, std::span<Cluster> line)
+    {
+        const auto level = [&shaped](const Cluster& cluster) {
+            return shaped.items[cluster.item].level;
+        };
+        unsigned highest = 0;
+        for (const Cluster& cluster : line)
+            highest = std::max(highest, level(cluster));
+        for (unsigned turned = highest; turned > 0; --turned) {
+            const auto isTurned = [&](const Cluster& cluster) { return level(cluster) >= turned; };
+            for (auto start = line.begin(); start != line.end();) {
+                start = std::find_if(start, line.end(), isTurned);
+                const auto end = std::find_if_not(start, line.end(), isTurned);
+                std::reverse(start, end);
+                start = end;
             }
         }
-        return x;
+    }
+
+    static void showCluster(const Shaped& shaped, const Cluster& cluster, double x,
+                            const Receiver& receiver)
+    {
+        const auto glyphs = std::span(shaped.glyphs)
+                                .subspan(cluster.firstGlyph, cluster.endGlyph - cluster.firstGlyph);
+        const Item& item = shaped.items[cluster.item];
+        const bool isKnown =
+            item.isKnown && std::ranges::none_of(glyphs, [](const PangoGlyphInfo& info) {
+                return (info.glyph & PANGO_GLYPH_UNKNOWN_FLAG) != 0;
+            });
+        receiver.cluster(receiver.object, isKnown ? &item.file : nullptr, cluster.start,
+                         cluster.end, x, cluster.width);
+        for (const PangoGlyphInfo& info : glyphs) {
+            if (info.glyph != PANGO_GLYPH_EMPTY)
+                receiver.glyph(receiver.object, isKnown ? info.glyph : 0,
+                               x + points(info.geometry.x_offset), -points(info.geometry.y_offset));
+            x += points(info.geometry.width);
+        }
     }
 
     static bool findFile(PangoFont* font, Font& file)

@@ -9,7 +9,7 @@
 namespace quillmark {
 namespace {
 
-/// Pango's time grows with the square of a paragraph's length.
+/// What Pango makes of a text takes some hundred times its size in memory.
 constexpr std::size_t mostPieceCharacters = 2000;
 /// How far before that a blank is looked for, to break at.
 constexpr std::size_t pieceSlack = 200;
@@ -129,6 +129,7 @@ std::vector<Line> TextSetter::lines(const Paragraph& paragraph)
         setCharacters(paragraph, lines);
     else
         setPieces(paragraph, lines);
+    if (lines.empty()) lines.push_back(emptyLine(paragraph));
     lines.front().ascent += paragraph.spaceBefore;
     lines.front().height += paragraph.spaceBefore;
     return lines;

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 namespace quillmark {
 namespace {
 
@@ -117,6 +119,75 @@ TEST_F(Setter, AWordOfAnotherScriptStandsInsideTheFrame)
         EXPECT_LE(line.runs.back().end, width + 0.1);
     }
     EXPECT_THAT(m_told, IsEmpty());
+}
+
+/// Where a part of a text stands: its line and where it starts and ends there.
+struct Found {
+    std::size_t line;
+    Extent extent;
+};
+
+TEST_F(Setter, WordsThatRunFromRightToLeftAreInOrderOnEachLine)
+{
+    const std::string word = "\u05D0\u05D1\u05D2";
+    Paragraph text = paragraph("Font ");
+    for (int count = 0; count < 60; ++count)
+        text.runs[0].text += word + ' ';
+    std::vector<Found> found;
+    for (std::size_t start = 5; start < text.runs[0].text.size(); start += word.size() + 1) {
+        text.link = TextLink{start, start + word.size(), {}};
+        const auto lines = m_setter.lines(text);
+        const auto line = std::ranges::find_if(
+            lines, [](const Line& candidate) { return candidate.link.has_value(); });
+        ASSERT_NE(line, lines.end());
+        found.push_back({static_cast<std::size_t>(line - lines.begin()), *line->link});
+    }
+    EXPECT_GT(found.back().line, 1U);
+    for (std::size_t index = 1; index < found.size(); ++index) {
+        if (found[index].line == found[index - 1].line)
+            EXPECT_LT(found[index].extent.right, found[index - 1].extent.left) << index;
+        else
+            EXPECT_EQ(found[index].line, found[index - 1].line + 1) << index;
+    }
+    for (const auto& [line, extent] : found) {
+        EXPECT_GE(extent.left, line == 0 ? 5 * advance - 0.1 : -0.1);
+        EXPECT_LE(extent.right, width + 0.1);
+    }
+}
+
+TEST_F(Setter, NumbersAmongWordsFromRightToLeftRunFromLeftToRight)
+{
+    // The letters of the first word, the number's digits and the second word, in this order.
+    Paragraph text = paragraph("\u05D0\u05D1 12 \u05D2");
+    const auto left = [&](std::size_t start, std::size_t end) {
+        text.link = TextLink{start, end, {}};
+        return m_setter.lines(text).front().link.value_or(Extent{}).left;
+    };
+    EXPECT_GT(left(0, 2), left(2, 4));
+    EXPECT_GT(left(2, 4), left(6, 7));
+    EXPECT_GT(left(6, 7), left(5, 6));
+    EXPECT_GT(left(5, 6), left(8, 10));
+}
+
+TEST_F(Setter, AWordBesideAnotherScriptGoesToTheNextLineOrIsBroken)
+{
+    const std::string other = "\u4E2D ";
+    EXPECT_THAT(lengths(paragraph(other + std::string(93, 'x') + " c")), ElementsAre(1, 93, 1));
+    const auto broken = lengths(paragraph(other + std::string(100, 'x')));
+    ASSERT_EQ(broken.size(), 2U);
+    EXPECT_GT(broken[0], 85U);
+    EXPECT_EQ(broken[0] + broken[1], 102U);
+}
+
+TEST_F(Setter, ALetterAndItsMarksStayTogether)
+{
+    std::string word;
+    for (int count = 0; count < 200; ++count)
+        word += "q\u0303";
+    const auto counts = lengths(paragraph(word));
+    EXPECT_GT(counts.size(), 2U);
+    for (const std::size_t count : counts)
+        EXPECT_EQ(count % 2, 0U);
 }
 
 TEST_F(Setter, AnotherScriptKeepsTheColorsOfItsRuns)
