@@ -33,8 +33,9 @@ void PdfReport::finish(std::chrono::system_clock::time_point date, Console& cons
 {
     AuditExport::ReportSetting setting;
     setting.diagnostic = [&console](std::string_view line) { console.message(line); };
-    const auto bytes = AuditExport::pdfReport("Font license audit: " + m_titles, m_subtitles,
-                                              m_rows, m_notes, date, setting);
+    std::string title = "Font license audit";
+    if (!m_titles.empty()) title += ": " + m_titles; // empty when nothing could be read
+    const auto bytes = AuditExport::pdfReport(title, m_subtitles, m_rows, m_notes, date, setting);
     if (!bytes) throw std::runtime_error("there is no font to write the report with");
     m_output.buffer().append(reinterpret_cast<const char*>(bytes->data()), bytes->size());
 }

@@ -155,15 +155,23 @@ class PdfReportTest(ProgramTest):
         self.assertEqual((result.returncode, result.stdout, result.stderr), (0, b"", b""))
         return path
 
-    def test_it_names_each_list(self):
-        path = self.write("scan", self.fonts, self.at("Fonts/cedar.ttf"))
+    def lines(self, path):
         text = subprocess.run(
             ["pdftotext", "-raw", path, "-"], check=True, capture_output=True, timeout=TIME_LIMIT
         ).stdout.decode("utf-8")
-        title, subtitle, *rest = text.splitlines()
-        self.assertEqual(title, "Font license audit: Fonts, cedar.ttf")
-        self.assertEqual(subtitle.split(", ")[0], self.fonts)
-        self.assertIn("3 fonts: 1 restricted, 0 unknown, 2 likely OK.", rest)
+        return text.splitlines()
+
+    def test_it_names_each_list(self):
+        lines = self.lines(self.write("scan", self.fonts, self.at("Fonts/cedar.ttf")))
+        self.assertEqual(lines[0], "Font license audit: Fonts, cedar.ttf")
+        self.assertEqual(lines[1].split(", ")[0], self.fonts)
+        self.assertIn("3 fonts: 1 restricted, 0 unknown, 2 likely OK.", lines)
+
+    def test_it_names_no_list_when_nothing_could_be_read(self):
+        path = self.at("empty.pdf")
+        result = run("scan", self.at("gone"), "--format", "pdf", "--output", path)
+        self.assertEqual(result.returncode, 3)
+        self.assertEqual(self.lines(path)[0], "Font license audit")
 
     def test_the_same_time_gives_the_same_bytes(self):
         environment = {**os.environ, "SOURCE_DATE_EPOCH": "1700000000", "TZ": "UTC"}
