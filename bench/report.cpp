@@ -9,6 +9,7 @@
 #include "export/PDFReport.h"
 #include "export/ReportPages.h"
 #include "export/ReportText.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <chrono>
@@ -108,19 +109,42 @@ int layOut(const List& list)
     return height > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
+constexpr std::size_t longestString = 32'767; // characters of a name in a font
+
+std::string repeatedString(std::string_view start, std::string_view repeated)
+{
+    const auto isStart = [](char byte) { return (static_cast<unsigned>(byte) & 0xC0U) != 0x80U; };
+    const auto length = static_cast<std::size_t>(std::ranges::count_if(repeated, isStart));
+    std::string text(start);
+    for (std::size_t count = 0; count + length <= longestString; count += length)
+        text += repeated;
+    return text;
+}
+
+/// The characters from `first` to `last` one after the other, and again from there.
+std::string differentCharacters(char32_t first, char32_t last)
+{
+    std::string text;
+    for (std::size_t count = 0; count < longestString; ++count)
+        Utf8::append(text, first + static_cast<char32_t>(count % (last - first + 1)));
+    return text;
+}
+
 int writeHostile(std::string_view kind, const char* path)
 {
-    const std::map<std::string_view, std::pair<std::string_view, std::string_view>> kinds{
-        {"letters", {"", "x"}},
-        {"ideographs", {"", "\u4E2D"}},
-        {"joining-letters", {"", "\u062E"}},
-        {"marks-on-one-letter", {"a", "\u0301"}},
-        {"marks-on-each-letter", {"", "a\u0301"}},
-        {"zero-width", {"", "\u200B"}},
-        {"turned-reading-order", {"", "\u202E"}},
-        {"conjuncts", {"", "\u0915\u094D"}},
-        {"three-scripts", {"", "a\u0915\u4E2D\u062E"}},
-        {"emoji", {"", "\U0001F389"}},
+    const std::map<std::string_view, std::string> kinds{
+        {"letters", repeatedString("", "x")},
+        {"ideographs", repeatedString("", "\u4E2D")},
+        {"different-ideographs", differentCharacters(0x4E00, 0x9FFF)},
+        {"joining-letters", repeatedString("", "\u062E")},
+        {"marks-on-one-letter", repeatedString("a", "\u0301")},
+        {"marks-on-each-letter", repeatedString("", "a\u0301")},
+        {"zero-width", repeatedString("", "\u200B")},
+        {"turned-reading-order", repeatedString("", "\u202E")},
+        {"conjuncts", repeatedString("", "\u0915\u094D")},
+        {"three-scripts", repeatedString("", "a\u0915\u4E2D\u062E")},
+        {"emoji", repeatedString("", "\U0001F389")},
+        {"different-emoji", differentCharacters(0x1F300, 0x1F6FF)},
     };
     const auto found = kinds.find(kind);
     if (found == kinds.end()) {
@@ -128,16 +152,9 @@ int writeHostile(std::string_view kind, const char* path)
             std::printf("%s\n", known.first.data());
         return EXIT_SUCCESS;
     }
-    const auto& [start, repeated] = found->second;
-    constexpr std::size_t longest = 32'767; // characters of a name in a font
     List list;
     list.rows.resize(1);
-    std::string& name = list.rows[0].facts.family;
-    name = start;
-    const auto isStart = [](char byte) { return (static_cast<unsigned>(byte) & 0xC0U) != 0x80U; };
-    const auto length = static_cast<std::size_t>(std::ranges::count_if(repeated, isStart));
-    for (std::size_t count = 0; count + length <= longest; count += length)
-        name += repeated;
+    list.rows[0].facts.family = found->second;
     return writeReport(list, path);
 }
 

@@ -1,8 +1,9 @@
 #include "export/CFFProgram.h"
 
+#include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <functional>
 #include <numeric>
 #include <utility>
@@ -42,18 +43,22 @@ void appendBigEndian(std::string& bytes, std::size_t value, int size)
 /// A number in the form of charstrings, which dictionaries share.
 void appendNumber(std::string& bytes, int value)
 {
+    std::array<char, 3> written{};
+    std::size_t size = 1;
     if (value >= -107 && value <= 107) {
-        bytes += static_cast<char>(value + 139);
-    } else if (value >= 108 && value <= 1131) {
-        bytes += static_cast<char>((value - 108) / 256 + 247);
-        bytes += static_cast<char>((value - 108) % 256);
-    } else if (value >= -1131 && value <= -108) {
-        bytes += static_cast<char>((-value - 108) / 256 + 251);
-        bytes += static_cast<char>((-value - 108) % 256);
+        written[0] = static_cast<char>(value + 139);
+    } else if (value >= -1131 && value <= 1131) {
+        const int above = std::abs(value) - 108;
+        written[0] = static_cast<char>((value > 0 ? 247 : 251) + above / 256);
+        written[1] = static_cast<char>(above % 256);
+        size = 2;
     } else {
-        bytes += static_cast<char>(28);
-        appendBigEndian(bytes, static_cast<std::uint16_t>(value), 2);
+        const auto unsignedValue = static_cast<std::uint16_t>(value);
+        written = {28, static_cast<char>(unsignedValue >> 8U),
+                   static_cast<char>(unsignedValue & 0xFFU)};
+        size = 3;
     }
+    bytes.append(written.data(), size);
 }
 
 /// A number whose size does not depend on its value, since offsets depend on the sizes before them.
@@ -84,11 +89,13 @@ std::string index(std::span<const std::string> entries)
     return bytes;
 }
 
+/// As std::lround does, which is called some million times for a font of ideographs.
 int rounded(double coordinate)
 {
     // An outline beyond this comes from a broken font; charstrings cannot hold it.
     constexpr double farthest = 16'000;
-    return static_cast<int>(std::lround(std::fmin(std::fmax(coordinate, -farthest), farthest)));
+    const double held = std::clamp(coordinate, -farthest, farthest);
+    return static_cast<int>(held < 0 ? held - 0.5 : held + 0.5);
 }
 
 /// Where the parts lie, which are named in the top dictionary before they come.

@@ -22,7 +22,8 @@ namespace {
 /// Codes take two bytes, and the last is left out, as some readers do.
 constexpr std::size_t mostCodes = 65'535;
 
-/// Outlines and colours that are loaded at this size in pixels are good on paper.
+/// Colours that are loaded at this size in pixels, and images that are not smaller than half of it,
+/// are good on paper.
 constexpr unsigned imageSize = 128;
 
 struct Range {
@@ -270,15 +271,13 @@ public:
         const FT_Bitmap& bitmap = m_face->glyph->bitmap;
         if (bitmap.pixel_mode != FT_PIXEL_MODE_BGRA || bitmap.width == 0 || bitmap.pitch <= 0)
             return std::nullopt;
-        GlyphImage image;
-        image.width = static_cast<int>(bitmap.width);
-        image.height = static_cast<int>(bitmap.rows);
-        for (std::size_t row = 0; row < bitmap.rows; ++row)
-            appendRow(image, std::span(bitmap.buffer + row * static_cast<std::size_t>(bitmap.pitch),
-                                       std::size_t{4} * bitmap.width));
-        image.pixel = 1.0 / m_face->size->metrics.y_ppem;
-        image.left = m_face->glyph->bitmap_left * image.pixel;
-        image.bottom = (m_face->glyph->bitmap_top - image.height) * image.pixel;
+        // Fonts have images for screens, of twice as many pixels as paper shows at this size.
+        const unsigned side = std::max(1U, std::min(bitmap.width, bitmap.rows) / (imageSize / 2));
+        GlyphImage image = reduced(bitmap, side);
+        image.pixel = static_cast<double>(side) / m_face->size->metrics.y_ppem;
+        const double sourcePixel = 1.0 / m_face->size->metrics.y_ppem;
+        image.left = m_face->glyph->bitmap_left * sourcePixel;
+        image.bottom = m_face->glyph->bitmap_top * sourcePixel - image.height * image.pixel;
         return image;
     }
 
@@ -323,18 +322,51 @@ public:
     [[nodiscard]] bool isFixedWidth() const { return FT_IS_FIXED_WIDTH(m_face); }
 
 private:
-    static void appendRow(GlyphImage& image, std::span<const unsigned char> pixels)
+    /// Each square of `side` times `side` pixels as one.
+    static GlyphImage reduced(const FT_Bitmap& bitmap, unsigned side)
     {
-        for (std::size_t pixel = 0; pixel < pixels.size(); pixel += 4) {
-            const unsigned alpha = pixels[pixel + 3];
-            for (const std::size_t channel : {2U, 1U, 0U}) {
-                // FreeType's colours are multiplied with the opacity already.
-                const unsigned color =
-                    alpha == 0 ? 0 : std::min(255U, pixels[pixel + channel] * 255U / alpha);
-                image.colors += static_cast<char>(color);
-            }
-            image.alpha += static_cast<char>(alpha);
+        const unsigned width = (bitmap.width + side - 1) / side;
+        const unsigned height = (bitmap.rows + side - 1) / side;
+        GlyphImage image;
+        image.width = static_cast<int>(width);
+        image.height = static_cast<int>(height);
+        image.colors.resize(std::size_t{3} * width * height);
+        image.alpha.resize(std::size_t{1} * width * height);
+        std::vector<std::array<unsigned, 4>> sums(width); // blue, green, red, opacity
+        for (unsigned row = 0; row < height; ++row) {
+            std::ranges::fill(sums, std::array<unsigned, 4>{});
+            for (unsigned y = row * side; y < std::min(bitmap.rows, (row + 1) * side); ++y)
+                addRow(
+                    sums, side,
+                    std::span(bitmap.buffer + std::size_t{y} * static_cast<unsigned>(bitmap.pitch),
+                              std::size_t{4} * bitmap.width));
+            for (std::size_t x = 0; x < width; ++x)
+                setPixel(image, std::size_t{row} * width + x, sums[x], side * side);
         }
+        return image;
+    }
+
+    static void addRow(std::span<std::array<unsigned, 4>> sums, unsigned side,
+                       std::span<const unsigned char> pixels)
+    {
+        for (std::size_t x = 0; x < pixels.size() / 4; ++x) {
+            std::array<unsigned, 4>& sum = sums[x / side];
+            for (std::size_t channel = 0; channel < 4; ++channel)
+                sum[channel] += pixels[x * 4 + channel];
+        }
+    }
+
+    static void setPixel(GlyphImage& image, std::size_t pixel, const std::array<unsigned, 4>& sum,
+                         unsigned count)
+    {
+        const auto [blue, green, red, alpha] = sum;
+        std::size_t at = pixel * 3;
+        for (const unsigned color : {red, green, blue}) {
+            // FreeType's colours are multiplied with the opacity already.
+            const unsigned plain = alpha == 0 ? 0 : std::min(255U, color * 255U / alpha);
+            image.colors[at++] = static_cast<char>(plain);
+        }
+        image.alpha[pixel] = static_cast<char>(alpha / count);
     }
 
     [[nodiscard]] bool selectImageSize() const
@@ -346,7 +378,8 @@ private:
 
     [[nodiscard]] double bitmapAdvance(unsigned glyph) const
     {
-        if (!selectImageSize() || ::FT_Load_Glyph(m_face, glyph, FT_LOAD_COLOR) != 0) return 0;
+        constexpr auto metrics = FT_LOAD_COLOR | FT_LOAD_BITMAP_METRICS_ONLY;
+        if (!selectImageSize() || ::FT_Load_Glyph(m_face, glyph, metrics) != 0) return 0;
         return static_cast<double>(m_face->glyph->metrics.horiAdvance) / 64 * 1000 /
                m_face->size->metrics.x_ppem;
     }

@@ -16,6 +16,10 @@ namespace {
 /// How many objects share an object stream. A reader decodes all of them for one.
 constexpr std::size_t objectsOfStream = 200;
 constexpr int compressionLevel = 6;
+/// Fonts of thousands of ideographs, which would take longer than all the rest of their report. All
+/// else that a report has is far below.
+constexpr std::size_t largeStream = 0x40000;
+constexpr int largeStreamLevel = 1;
 
 void appendHexadecimal(std::string& text, unsigned value)
 {
@@ -88,7 +92,7 @@ std::string reference(PDFFile::Object object)
 
 class PDFFile::Compressor {
 public:
-    Compressor() : m_compressor(::libdeflate_alloc_compressor(compressionLevel))
+    explicit Compressor(int level) : m_compressor(::libdeflate_alloc_compressor(level))
     {
         if (m_compressor == nullptr) throw std::bad_alloc();
     }
@@ -111,7 +115,7 @@ private:
     std::string m_space;
 };
 
-PDFFile::PDFFile() : m_compressor(std::make_unique<Compressor>())
+PDFFile::PDFFile() : m_compressor(std::make_unique<Compressor>(compressionLevel))
 {
     append("%PDF-1.5\n%\xE2\xE3\xCF\xD3\n"); // not ASCII, as transfer programs can see
 }
@@ -160,7 +164,10 @@ void PDFFile::writeStream(Object object, std::string_view entries, std::string_v
 
 void PDFFile::writeStreamBytes(Object object, std::string_view entries, std::string_view data)
 {
-    const std::string_view compressed = m_compressor->compress(data);
+    if (data.size() >= largeStream && !m_largeStreamCompressor)
+        m_largeStreamCompressor = std::make_unique<Compressor>(largeStreamLevel);
+    Compressor& compressor = data.size() >= largeStream ? *m_largeStreamCompressor : *m_compressor;
+    const std::string_view compressed = compressor.compress(data);
     std::string head;
     appendInteger(head, object);
     head += " 0 obj\n<<";

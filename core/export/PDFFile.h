@@ -56,6 +56,7 @@ private:
 
     class Compressor;
     std::unique_ptr<Compressor> m_compressor;
+    std::unique_ptr<Compressor> m_largeStreamCompressor; // when first needed
     std::vector<std::byte> m_bytes;
     std::vector<Place> m_places; // by object number less one
     std::vector<Object> m_pending;

@@ -14,9 +14,9 @@ constexpr std::size_t mostPieceCharacters = 2000;
 /// How far before that a blank is looked for, to break at.
 constexpr std::size_t pieceSlack = 200;
 
-/// Coloured glyphs of one report; each takes some ten kilobytes. More leave a gap on paper and are
-/// still found as text.
-constexpr std::size_t mostImages = 500;
+/// Coloured glyphs of one report; each takes a millisecond and some kilobytes. More leave a gap on
+/// paper and are still found as text.
+constexpr std::size_t mostImages = 200;
 
 constexpr std::size_t regularFont = 0;
 constexpr std::size_t boldFont = 1;
