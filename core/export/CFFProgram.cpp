@@ -14,6 +14,8 @@ namespace {
 
 // Operators of charstrings.
 constexpr char rlineto = 5;
+constexpr char hlineto = 6;
+constexpr char vlineto = 7;
 constexpr char rrcurveto = 8;
 constexpr char endchar = 14;
 constexpr char rmoveto = 21;
@@ -40,25 +42,29 @@ void appendBigEndian(std::string& bytes, std::size_t value, int size)
         bytes += static_cast<char>((value >> (8 * static_cast<unsigned>(byte))) & 0xFFU);
 }
 
-/// A number in the form of charstrings, which dictionaries share.
+/// Writes a number in the form of charstrings, which dictionaries share. Returns where it ends, at
+/// most three bytes further.
+char* writeNumber(char* to, int value)
+{
+    if (value >= -107 && value <= 107) {
+        *to++ = static_cast<char>(value + 139);
+    } else if (value >= -1131 && value <= 1131) {
+        const int above = std::abs(value) - 108;
+        *to++ = static_cast<char>((value > 0 ? 247 : 251) + above / 256);
+        *to++ = static_cast<char>(above % 256);
+    } else {
+        const auto unsignedValue = static_cast<std::uint16_t>(value);
+        *to++ = 28;
+        *to++ = static_cast<char>(unsignedValue >> 8U);
+        *to++ = static_cast<char>(unsignedValue & 0xFFU);
+    }
+    return to;
+}
+
 void appendNumber(std::string& bytes, int value)
 {
     std::array<char, 3> written{};
-    std::size_t size = 1;
-    if (value >= -107 && value <= 107) {
-        written[0] = static_cast<char>(value + 139);
-    } else if (value >= -1131 && value <= 1131) {
-        const int above = std::abs(value) - 108;
-        written[0] = static_cast<char>((value > 0 ? 247 : 251) + above / 256);
-        written[1] = static_cast<char>(above % 256);
-        size = 2;
-    } else {
-        const auto unsignedValue = static_cast<std::uint16_t>(value);
-        written = {28, static_cast<char>(unsignedValue >> 8U),
-                   static_cast<char>(unsignedValue & 0xFFU)};
-        size = 3;
-    }
-    bytes.append(written.data(), size);
+    bytes.append(written.data(), writeNumber(written.data(), value));
 }
 
 /// A number whose size does not depend on its value, since offsets depend on the sizes before them.
@@ -186,34 +192,49 @@ CharString::CharString(double width)
     appendNumber(m_bytes, rounded(width)); // the nominal width is 0
 }
 
-void CharString::step(double x, double y)
+char* CharString::step(char* to, double x, double y)
 {
     const int nextX = rounded(x);
     const int nextY = rounded(y);
-    appendNumber(m_bytes, nextX - m_x);
-    appendNumber(m_bytes, nextY - m_y);
+    to = writeNumber(writeNumber(to, nextX - m_x), nextY - m_y);
     m_x = nextX;
     m_y = nextY;
+    return to;
 }
 
 void CharString::moveTo(double x, double y)
 {
-    step(x, y);
-    m_bytes += rmoveto;
+    std::array<char, 7> bytes{};
+    char* end = step(bytes.data(), x, y);
+    *end++ = rmoveto;
+    m_bytes.append(bytes.data(), end);
 }
 
 void CharString::lineTo(double x, double y)
 {
-    step(x, y);
-    m_bytes += rlineto;
+    std::array<char, 7> bytes{};
+    char* end = bytes.data();
+    if (rounded(y) == m_y) {
+        const int nextX = rounded(x);
+        end = writeNumber(end, nextX - std::exchange(m_x, nextX));
+        *end++ = hlineto;
+    } else if (rounded(x) == m_x) {
+        const int nextY = rounded(y);
+        end = writeNumber(end, nextY - std::exchange(m_y, nextY));
+        *end++ = vlineto;
+    } else {
+        end = step(end, x, y);
+        *end++ = rlineto;
+    }
+    m_bytes.append(bytes.data(), end);
 }
 
 void CharString::curveTo(double x1, double y1, double x2, double y2, double x, double y)
 {
-    step(x1, y1);
-    step(x2, y2);
-    step(x, y);
-    m_bytes += rrcurveto;
+    std::array<char, 19> bytes{};
+    char* end = step(step(step(bytes.data(), x1, y1), x2, y2), x, y);
+    *end++ = rrcurveto;
+    m_bytes.append(bytes.data(), end);
 }
 
 std::string CharString::finish()

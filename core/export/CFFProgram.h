@@ -22,7 +22,7 @@ public:
     [[nodiscard]] std::string finish();
 
 private:
-    void step(double x, double y);
+    char* step(char* to, double x, double y);
 
     std::string m_bytes;
     int m_x{};

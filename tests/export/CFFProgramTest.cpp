@@ -29,8 +29,19 @@ TEST(CharString, StepsFromRoundedPointToRoundedPoint)
     line.moveTo(0.4, 0.4);
     line.lineTo(0.8, 0.8);
     line.lineTo(1.2, 1.2);
-    // 600 takes two bytes; then 0 0 rmoveto, 1 1 rlineto, 0 0 rlineto, endchar.
-    EXPECT_EQ(line.finish(), std::string("\xF8\xEC\x8B\x8B\x15\x8C\x8C\x05\x8B\x8B\x05\x0E", 12));
+    // 600 takes two bytes; then 0 0 rmoveto, 1 1 rlineto, 0 hlineto, endchar.
+    EXPECT_EQ(line.finish(), std::string("\xF8\xEC\x8B\x8B\x15\x8C\x8C\x05\x8B\x06\x0E", 11));
+}
+
+TEST(CharString, LevelAndUprightLinesTakeOneNumber)
+{
+    CharString line(0);
+    line.moveTo(1, 1);
+    line.lineTo(3, 1);
+    line.lineTo(3, 4);
+    line.lineTo(4, 3);
+    // 0; then 1 1 rmoveto, 2 hlineto, 3 vlineto, 1 -1 rlineto, endchar.
+    EXPECT_EQ(line.finish(), std::string("\x8B\x8C\x8C\x15\x8D\x06\x8E\x07\x8C\x8A\x05\x0E", 12));
 }
 
 TEST(CharString, WritesNumbersOfEverySize)
