@@ -52,9 +52,9 @@ void appendEscaped(std::string& xml, std::string_view text)
 
 void addFont(FcConfig* config, const Font& file, const char* family)
 {
-    std::string rule = "<fontconfig><match target=\"scan\"><test name=\"file\"><string>";
+    std::string rule = R"(<fontconfig><match target="scan"><test name="file"><string>)";
     appendEscaped(rule, file.path);
-    rule += "</string></test><edit name=\"family\" mode=\"assign\"><string>";
+    rule += R"(</string></test><edit name="family" mode="assign"><string>)";
     rule += family;
     rule += "</string></edit></match></fontconfig>";
     const auto bytes = [](const char* text) { return reinterpret_cast<const FcChar8*>(text); };
@@ -62,7 +62,7 @@ void addFont(FcConfig* config, const Font& file, const char* family)
     ::FcConfigAppFontAddFile(config, bytes(file.path));
 }
 
-void substitute(FcPattern* pattern, gpointer)
+void substitute(FcPattern* pattern, gpointer /*data*/)
 {
     // Paper has no pixels to fit outlines to; and what is embedded is a font's default shape, which
     // the file of a variable font names only through its instances.
@@ -371,7 +371,7 @@ void* create(const Font* regular, const Font* bold)
 
 void destroy(void* layout)
 {
-    delete static_cast<Layout*>(layout);
+    const std::unique_ptr<Layout> released(static_cast<Layout*>(layout));
 }
 
 void lines(void* layout, const Request* request, const Receiver* receiver)
