@@ -192,49 +192,55 @@ CharString::CharString(double width)
     appendNumber(m_bytes, rounded(width)); // the nominal width is 0
 }
 
-char* CharString::step(char* to, double x, double y)
+char* CharString::step(char* to, int x, int y)
 {
-    const int nextX = rounded(x);
-    const int nextY = rounded(y);
-    to = writeNumber(writeNumber(to, nextX - m_x), nextY - m_y);
-    m_x = nextX;
-    m_y = nextY;
+    to = writeNumber(writeNumber(to, x - m_x), y - m_y);
+    m_x = x;
+    m_y = y;
     return to;
+}
+
+/// By size, for which a string has a shorter way than for a range.
+void CharString::append(const char* begin, const char* end)
+{
+    m_bytes.append(begin, static_cast<std::size_t>(end - begin));
 }
 
 void CharString::moveTo(double x, double y)
 {
-    std::array<char, 7> bytes{};
-    char* end = step(bytes.data(), x, y);
+    std::array<char, 7> bytes; // NOLINT(*-member-init): no more than is filled is read
+    char* end = step(bytes.data(), rounded(x), rounded(y));
     *end++ = rmoveto;
-    m_bytes.append(bytes.data(), end);
+    append(bytes.data(), end);
 }
 
 void CharString::lineTo(double x, double y)
 {
-    std::array<char, 7> bytes{};
+    std::array<char, 7> bytes; // NOLINT(*-member-init)
     char* end = bytes.data();
-    if (rounded(y) == m_y) {
-        const int nextX = rounded(x);
+    const int nextX = rounded(x);
+    const int nextY = rounded(y);
+    if (nextY == m_y) {
         end = writeNumber(end, nextX - std::exchange(m_x, nextX));
         *end++ = hlineto;
-    } else if (rounded(x) == m_x) {
-        const int nextY = rounded(y);
+    } else if (nextX == m_x) {
         end = writeNumber(end, nextY - std::exchange(m_y, nextY));
         *end++ = vlineto;
     } else {
-        end = step(end, x, y);
+        end = step(end, nextX, nextY);
         *end++ = rlineto;
     }
-    m_bytes.append(bytes.data(), end);
+    append(bytes.data(), end);
 }
 
 void CharString::curveTo(double x1, double y1, double x2, double y2, double x, double y)
 {
-    std::array<char, 19> bytes{};
-    char* end = step(step(step(bytes.data(), x1, y1), x2, y2), x, y);
+    std::array<char, 19> bytes; // NOLINT(*-member-init)
+    char* end = step(bytes.data(), rounded(x1), rounded(y1));
+    end = step(end, rounded(x2), rounded(y2));
+    end = step(end, rounded(x), rounded(y));
     *end++ = rrcurveto;
-    m_bytes.append(bytes.data(), end);
+    append(bytes.data(), end);
 }
 
 std::string CharString::finish()

@@ -22,7 +22,8 @@ public:
     [[nodiscard]] std::string finish();
 
 private:
-    char* step(char* to, double x, double y);
+    char* step(char* to, int x, int y);
+    void append(const char* begin, const char* end);
 
     std::string m_bytes;
     int m_x{};

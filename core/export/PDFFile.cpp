@@ -15,11 +15,16 @@ namespace {
 
 /// How many objects share an object stream. A reader decodes all of them for one.
 constexpr std::size_t objectsOfStream = 200;
-constexpr int compressionLevel = 6;
-/// Fonts of thousands of ideographs, which would take longer than all the rest of their report. All
-/// else that a report has is far below.
-constexpr std::size_t largeStream = 0x40000;
-constexpr int largeStreamLevel = 1;
+
+/// Only fonts of thousands of ideographs are larger than some 100 KB. To compress them well, or
+/// those of all ideographs at all, would take longer than the rest of their report.
+int compressionLevel(std::size_t size)
+{
+    constexpr std::size_t large = 0x40000;
+    constexpr std::size_t huge = 0x200000;
+    if (size < large) return 6;
+    return size < huge ? 1 : 0;
+}
 
 void appendHexadecimal(std::string& text, unsigned value)
 {
@@ -115,7 +120,7 @@ private:
     std::string m_space;
 };
 
-PDFFile::PDFFile() : m_compressor(std::make_unique<Compressor>(compressionLevel))
+PDFFile::PDFFile()
 {
     append("%PDF-1.5\n%\xE2\xE3\xCF\xD3\n"); // not ASCII, as transfer programs can see
 }
@@ -164,10 +169,10 @@ void PDFFile::writeStream(Object object, std::string_view entries, std::string_v
 
 void PDFFile::writeStreamBytes(Object object, std::string_view entries, std::string_view data)
 {
-    if (data.size() >= largeStream && !m_largeStreamCompressor)
-        m_largeStreamCompressor = std::make_unique<Compressor>(largeStreamLevel);
-    Compressor& compressor = data.size() >= largeStream ? *m_largeStreamCompressor : *m_compressor;
-    const std::string_view compressed = compressor.compress(data);
+    const int level = compressionLevel(data.size());
+    auto& compressor = m_compressors[level];
+    if (!compressor) compressor = std::make_unique<Compressor>(level);
+    const std::string_view compressed = compressor->compress(data);
     std::string head;
     appendInteger(head, object);
     head += " 0 obj\n<<";

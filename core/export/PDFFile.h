@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -55,8 +56,7 @@ private:
     void writeStreamBytes(Object object, std::string_view entries, std::string_view data);
 
     class Compressor;
-    std::unique_ptr<Compressor> m_compressor;
-    std::unique_ptr<Compressor> m_largeStreamCompressor; // when first needed
+    std::map<int, std::unique_ptr<Compressor>> m_compressors; // by level, when first needed
     std::vector<std::byte> m_bytes;
     std::vector<Place> m_places; // by object number less one
     std::vector<Object> m_pending;
