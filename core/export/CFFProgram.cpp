@@ -189,6 +189,8 @@ std::string fontDict(std::size_t privateSize, std::size_t privateOffset)
 
 CharString::CharString(double width)
 {
+    constexpr std::size_t usualSize = 256; // of an ideograph
+    m_bytes.reserve(usualSize);
     appendNumber(m_bytes, rounded(width)); // the nominal width is 0
 }
 
