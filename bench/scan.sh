@@ -8,6 +8,7 @@
 #   plain      TrueType, OpenType and collections: about 3,500 files
 #   web        plain fonts with WOFF and WOFF2 among them
 #   cores      one core and two
+#   processes  reading in processes of their own, and in the same one
 #   size       a collection of 20 MB and a font of 20 KB
 #   number     100, 1,000 and 10,000 files
 #   memory     8,000 faces
@@ -25,7 +26,7 @@ if [[ ${1-} == -h || ${1-} == --help ]]; then
 fi
 
 "$root/scripts/install-dependencies" build bench
-build_preset bench quillmark-cli bench_floor bench_listing
+build_preset bench quillmark-cli bench_floor bench_here bench_listing
 # The peers' Python packages are those of the system's own Python.
 PYTHONPATH=$root/bench/measure exec /usr/bin/python3 "$root/bench/scan/compare.py" \
     --programs "$root/build/bench" --fonts "$root/build/fonts" "$@"

@@ -1,14 +1,21 @@
 #include "cli/CommandLine.h"
 
+#include "assessment/Classifier.h"
 #include "cli/Commands.h"
+#include "cli/Completion.h"
 #include "cli/Console.h"
 #include "cli/CsvReport.h"
 #include "cli/ExitCode.h"
+#include "cli/Explanation.h"
 #include "cli/Inputs.h"
+#include "cli/JsonLinesReport.h"
 #include "cli/JsonReport.h"
+#include "cli/NotesListing.h"
 #include "cli/Options.h"
 #include "cli/Output.h"
 #include "cli/PdfReport.h"
+#include "cli/RowSelection.h"
+#include "cli/Suggestion.h"
 #include "cli/TextReport.h"
 #include "library/AbsolutePath.h"
 #include "notes/NotesFile.h"
@@ -46,8 +53,8 @@ std::optional<fs::path> overwrittenInput(const Options& options, const Environme
 {
     if (!options.output) return std::nullopt;
     std::vector<fs::path> inputs = options.inputs;
-    for (const auto& notes : {options.notes, environment.notes})
-        if (notes) inputs.push_back(*notes);
+    for (const auto& file : {options.notes, environment.notes, options.filesFrom})
+        if (file) inputs.push_back(*file);
     const auto found = std::ranges::find_if(inputs, [&](const fs::path& input) {
         std::error_code ignored;
         return fs::is_regular_file(input, ignored) &&
@@ -117,21 +124,41 @@ AuditRow asItIs(AuditRow&& row)
     return std::move(row);
 }
 
-Outcome writeText(const Run& run)
+TextSetting::Form form(const Options& options)
 {
-    const auto tips = run.options.quiet ? TextReport::Tips::hidden : TextReport::Tips::shown;
-    TextReport report(run.output, page(run.options, run.environment), tips);
+    if (options.command == Command::show) return TextSetting::Form::blocks;
+    return options.verbose ? TextSetting::Form::full : TextSetting::Form::table;
+}
+
+Outcome writeText(const Run& run, const NotesBook& notes)
+{
+    const RowSelection selection(run.options, run.environment.locale);
+    const TextSetting setting{
+        .form = form(run.options),
+        .tips = !run.options.quiet,
+        .selection = &selection,
+        .notes = run.options.printsNotes() ? &notes : nullptr,
+    };
+    TextReport report(run.output, page(run.options, run.environment), setting);
     Outcome outcome = fill(report, asItIs, run);
     report.finish();
     return outcome;
 }
 
-Outcome writeJson(const Run& run)
+Outcome writeJson(const Run& run, const NotesBook& notes)
 {
-    JsonReport report(run.output);
-    Outcome outcome = fill(report, JsonReport::row, run);
+    JsonReport report(run.output, notes);
+    Outcome outcome = fill(
+        report, [&report](AuditRow&& row) { return report.row(row); }, run);
     report.finish(outcome.errors);
     return outcome;
+}
+
+Outcome writeJsonLines(const Run& run, const NotesBook& notes)
+{
+    JsonLinesReport report(run.output, notes);
+    return fill(
+        report, [&report](AuditRow&& row) { return report.row(row); }, run);
 }
 
 Outcome writeCsv(const Run& run, const NotesBook& notes)
@@ -153,12 +180,63 @@ Outcome writePdf(const Run& run, const NotesBook& notes)
     return outcome;
 }
 
+Outcome writeFonts(const Run& run, const NotesBook& notes)
+{
+    switch (run.options.format) {
+    case Format::text:
+        return writeText(run, notes);
+    case Format::json:
+        return writeJson(run, notes);
+    case Format::jsonl:
+        return writeJsonLines(run, notes);
+    case Format::csv:
+        return writeCsv(run, notes);
+    case Format::pdf:
+        return writePdf(run, notes);
+    }
+    return {};
+}
+
+/// Writes notes by themselves.
+Outcome writeNotes(const Run& run, const NotesBook& notes)
+{
+    std::vector<std::string> keys;
+    for (const fs::path& input : run.options.inputs)
+        keys.push_back(shownPath(input));
+    FoundNotes wanted{.book = notes, .missing = {}};
+    if (run.options.noteAction == NoteAction::show) wanted = notesUnder(keys, notes);
+
+    Outcome outcome;
+    std::vector<std::string_view> known;
+    for (const auto& [key, note] : notes.notes)
+        known.emplace_back(key);
+    for (const std::string& key : wanted.missing) {
+        std::string reason = "There is no note for this font";
+        if (const auto near = nearest(key, known))
+            reason.append("; did you mean \"").append(*near).append("\"?");
+        run.console.message(key + ": " + reason);
+        outcome.errors.push_back({key, reason});
+    }
+    TextLines lines(run.output, page(run.options, run.environment));
+    if (run.options.format == Format::json) {
+        run.output.buffer() += notesJson(wanted.book);
+    } else if (run.options.noteAction == NoteAction::list) {
+        writeNotesTable(lines, wanted.book);
+    } else {
+        for (const auto& [key, note] : wanted.book.notes) {
+            if (key != wanted.book.notes.begin()->first) lines.emptyLine();
+            writeNoteInFull(lines, key, note);
+        }
+    }
+    return outcome;
+}
+
 /// Writes a report that has the user's notes. Those that were named have to be there, those of the
 /// application need not; but notes that are there and cannot be read are never left out silently.
 Outcome withNotes(Outcome (*write)(const Run&, const NotesBook&), const Run& run)
 {
     const auto& path = run.options.notes ? run.options.notes : run.environment.notes;
-    if (!path) return write(run, {});
+    if (!path || !run.options.printsNotes()) return write(run, {});
     const auto read = readNotesFile(*path);
     const auto* error = std::get_if<NotesError>(&read);
     if (error == nullptr) return write(run, std::get<NotesBook>(read));
@@ -169,17 +247,33 @@ Outcome withNotes(Outcome (*write)(const Run&, const NotesBook&), const Run& run
     return outcome;
 }
 
-Outcome writeReport(const Run& run)
+Outcome writeExplanation(const Run& run)
 {
-    switch (run.options.format) {
-    case Format::text:
-        return writeText(run);
-    case Format::json:
-        return writeJson(run);
-    case Format::csv:
-        return withNotes(writeCsv, run);
-    case Format::pdf:
-        return withNotes(writePdf, run);
+    TextLines lines(run.output, page(run.options, run.environment));
+    writeExplanation(lines);
+    return {};
+}
+
+Outcome writeCompletion(const Run& run)
+{
+    run.output.buffer() += completionScript(run.options.shell);
+    return {};
+}
+
+Outcome writeResults(const Run& run)
+{
+    switch (run.options.command) {
+    case Command::installed:
+    case Command::scan:
+    case Command::check:
+    case Command::show:
+        return withNotes(writeFonts, run);
+    case Command::notes:
+        return withNotes(writeNotes, run);
+    case Command::explain:
+        return writeExplanation(run);
+    case Command::completion:
+        return writeCompletion(run);
     }
     return {};
 }
@@ -193,7 +287,7 @@ ExitCode runCommand(const Options& options, const Environment& environment, Cons
     if (output.error()) return outputExitCode(*output.error(), console);
     if (options.format == Format::pdf && output.isTerminal())
         return wrongUse("a PDF is nothing for a terminal; name a file with --output.", console);
-    const Outcome outcome = writeReport({options, environment, console, output});
+    const Outcome outcome = writeResults({options, environment, console, output});
     output.finish();
 
     if (output.error()) return outputExitCode(*output.error(), console);
@@ -207,11 +301,14 @@ ExitCode runParsed(std::span<const std::string> arguments, const Environment& en
     const auto* options = std::get_if<Options>(&parsed);
     const bool quiet = options != nullptr && options->quiet;
     Console console(environment.errors,
-                    quiet ? Console::Progress::hidden : Console::Progress::shown);
+                    quiet ? Console::Progress::hidden : Console::Progress::shown,
+                    environment.progressDelay);
     if (options != nullptr) return runCommand(*options, environment, console);
     if (const auto* information = std::get_if<Information>(&parsed))
         return print(*information, environment, console);
-    return wrongUse(std::get<WrongUse>(parsed).sentence, console);
+    const ExitCode exitCode = wrongUse(std::get<WrongUse>(parsed).sentence, console);
+    console.line(std::get<WrongUse>(parsed).usage);
+    return exitCode;
 }
 
 } // namespace

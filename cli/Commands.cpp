@@ -1,6 +1,9 @@
 #include "cli/Commands.h"
 
+#include "cli/FileNames.h"
+#include "cli/FontNames.h"
 #include "cli/Inputs.h"
+#include "cli/RowSelection.h"
 #include "library/AbsolutePath.h"
 #include "library/FolderWalk.h"
 #include "library/FontIndex.h"
@@ -12,6 +15,7 @@
 #include <iterator>
 #include <memory>
 #include <optional>
+#include <system_error>
 #include <utility>
 #include <variant>
 
@@ -26,13 +30,15 @@ class Run {
 public:
     Run(const Options& options, const Environment& environment, Console& console,
         const Receiver<Row>& receiver)
-        : m_options(options), m_environment(environment), m_console(console), m_receiver(receiver)
+        : m_options(options), m_environment(environment), m_console(console), m_receiver(receiver),
+          m_selection(options, environment.locale)
     {
     }
 
     void installed();
     void scan();
     void check();
+    void show();
     std::vector<InputError> takeErrors() { return std::move(m_errors); }
 
 private:
@@ -41,11 +47,21 @@ private:
     std::vector<FontLibrary::FontPlace> readInstalledFonts(FontLibrary::FontSink& sink);
     std::vector<FontLibrary::FontPlace> readFolder(const fs::path& folder,
                                                    FontLibrary::FontSink& sink);
-    [[nodiscard]] Row judged(FontFacts&& facts) const
+    /// What the report needs of a font, if it is one of those that are wanted.
+    struct Judged {
+        std::optional<Row> row;
+        std::string key; // to sort by
+    };
+    [[nodiscard]] Judged judged(AuditRow&& row) const;
+    [[nodiscard]] Judged judged(FontFacts&& facts) const
     {
-        return m_receiver.makeRow(auditRow(std::move(facts)));
+        return judged(auditRow(std::move(facts)));
     }
+    void put(std::vector<Judged>&& found, List& list) const;
+    const std::vector<fs::path>& inputs();
     std::optional<List> scanned(const fs::path& input);
+    std::optional<List> named(const fs::path& input);
+    const std::vector<FontFacts>& installedFonts();
     const LicenseFile::Candidates& licensesIn(const fs::path& folder);
     std::vector<fs::path> readableFontFolders();
     FontIndex makeIndex(const std::vector<fs::path>& folders);
@@ -57,7 +73,10 @@ private:
     const Environment& m_environment;
     Console& m_console;
     const Receiver<Row>& m_receiver;
+    RowSelection m_selection;
     std::unique_ptr<Collator> m_order;
+    std::optional<std::vector<fs::path>> m_inputs;
+    std::optional<std::vector<FontFacts>> m_installed;
     std::vector<InputError> m_errors;
     fs::path m_licenseFolder; // the folder that m_licenses are from
     LicenseFile::Candidates m_licenses{{}};
@@ -76,6 +95,45 @@ void Run<Row>::report(const fs::path& input, const std::string& reason)
 {
     m_console.message(input.native() + ": " + reason);
     m_errors.push_back({shownPath(absolutePath(input)), reason});
+}
+
+template <typename Row>
+typename Run<Row>::Judged Run<Row>::judged(AuditRow&& row) const
+{
+    if (!m_selection.admits(row)) return {};
+    std::string key = m_selection.key(row);
+    return {m_receiver.makeRow(std::move(row)), std::move(key)};
+}
+
+/// Puts what is wanted into the list, in the order that is wanted.
+template <typename Row>
+void Run<Row>::put(std::vector<Judged>&& found, List& list) const
+{
+    const std::size_t count = found.size();
+    std::erase_if(found, [](const Judged& font) { return !font.row; });
+    list.hidden = count - found.size();
+    if (m_selection.sorts()) std::ranges::stable_sort(found, {}, &Judged::key);
+    list.rows.reserve(found.size());
+    for (Judged& font : found)
+        list.rows.push_back(std::move(*font.row));
+}
+
+/// Those on the command line and those that are named in a file.
+template <typename Row>
+const std::vector<fs::path>& Run<Row>::inputs()
+{
+    if (m_inputs) return *m_inputs;
+    m_inputs = m_options.inputs;
+    if (m_options.filesFrom) {
+        const char end = m_options.nullSeparated ? '\0' : '\n';
+        auto names = readFileNames(*m_options.filesFrom, end, m_environment.input);
+        if (const auto* error = std::get_if<FileError>(&names))
+            report(*m_options.filesFrom, error->reason);
+        else
+            std::ranges::move(std::get<std::vector<fs::path>>(names),
+                              std::back_inserter(*m_inputs));
+    }
+    return *m_inputs;
 }
 
 /// Reads the installed fonts into `sink`.
@@ -111,14 +169,14 @@ void Run<Row>::installed()
     list.source.subtitle = "Every font installed on this computer";
     const auto judge = [this](FontFacts&& facts) { return judged(std::move(facts)); };
     FontLibrary::MadeOfFonts rows(judge);
-    list.rows = rows.itemsAt(readInstalledFonts(rows));
+    put(rows.itemsAt(readInstalledFonts(rows)), list);
     m_receiver.take(std::move(list));
 }
 
 template <typename Row>
 void Run<Row>::scan()
 {
-    for (const fs::path& input : m_options.inputs) {
+    for (const fs::path& input : inputs()) {
         std::optional<List> list = scanned(input);
         if (list && !m_receiver.take(*std::move(list))) return;
     }
@@ -141,17 +199,19 @@ std::optional<FontList<Row>> Run<Row>::scanned(const fs::path& input)
         list.source.kind = ListSource::Kind::folder;
         const auto judge = [this](FontFacts&& facts) { return judged(std::move(facts)); };
         FontLibrary::MadeOfFonts rows(judge);
-        list.rows = rows.itemsAt(readFolder(path, rows));
+        put(rows.itemsAt(readFolder(path, rows)), list);
         return list;
     }
     list.source.kind = ListSource::Kind::file;
+    std::vector<Judged> found;
     for (FontFacts& facts :
          FontLibrary::scanFile(m_environment.fonts, order(), path, licensesIn(path.parent_path())))
-        list.rows.push_back(judged(std::move(facts)));
-    if (list.rows.empty()) {
+        found.push_back(judged(std::move(facts)));
+    if (found.empty()) {
         report(input, "Holds no font that can be read");
         return std::nullopt;
     }
+    put(std::move(found), list);
     return list;
 }
 
@@ -180,15 +240,69 @@ void Run<Row>::check()
         }
         return index->lookup(name, m_environment.fonts);
     };
-    const std::size_t count = m_options.inputs.size();
+    const std::size_t count = inputs().size();
     for (std::size_t i = 0; i < count; ++i) {
-        const fs::path path = absolutePath(m_options.inputs[i]);
+        const fs::path path = absolutePath(inputs()[i]);
         activity = "Checking " + shownName(path) + "…";
         if (count > 1) activity += ' ' + std::to_string(i + 1) + " of " + std::to_string(count);
         m_console.showProgress(activity);
         std::optional<List> list = checked(path, lookup);
         if (list && !m_receiver.take(*std::move(list))) return;
     }
+}
+
+template <typename Row>
+void Run<Row>::show()
+{
+    for (const fs::path& input : inputs()) {
+        // A name is a file's if there is one, and cannot be a font's when it leads into a folder.
+        std::error_code ignored;
+        const bool isFile = input.has_parent_path() || fs::exists(input, ignored);
+        std::optional<List> list;
+        if (fs::is_directory(input, ignored))
+            report(input, "A folder; quillmark-cli scan lists its fonts");
+        else
+            list = isFile ? scanned(input) : named(input);
+        if (list && !m_receiver.take(*std::move(list))) return;
+    }
+}
+
+/// Read once, when a name turns out to be no PostScript name.
+template <typename Row>
+const std::vector<FontFacts>& Run<Row>::installedFonts()
+{
+    if (m_installed) return *m_installed;
+    FontLibrary::MadeOfFonts facts(FontLibrary::asTheyAre);
+    const auto places = readInstalledFonts(facts);
+    return m_installed.emplace(facts.itemsAt(places));
+}
+
+template <typename Row>
+std::optional<FontList<Row>> Run<Row>::named(const fs::path& input)
+{
+    const std::string name = shownPath(input);
+    std::vector<FontFacts> fonts;
+    if (auto font = FontLibrary::installedFont(m_environment.fonts, name))
+        fonts.push_back(*std::move(font));
+    else
+        fonts = fontsCalled(name, installedFonts(), m_environment.locale);
+    if (fonts.empty()) {
+        std::string reason = "No installed font has this name";
+        if (const auto near = fontNameNear(name, installedFonts(), m_environment.locale))
+            reason += "; did you mean \"" + *near + "\"?";
+        m_console.message(name + ": " + reason);
+        m_errors.push_back({name, reason});
+        return std::nullopt;
+    }
+    List list;
+    list.source.kind = ListSource::Kind::named;
+    list.source.title = name;
+    list.source.subtitle = "Installed fonts called " + name;
+    std::vector<Judged> found;
+    for (FontFacts& font : fonts)
+        found.push_back(judged(std::move(font)));
+    put(std::move(found), list);
+    return list;
 }
 
 template <typename Row>
@@ -227,7 +341,8 @@ template <typename Row>
 std::optional<FontList<Row>> Run<Row>::checked(const fs::path& path,
                                                const PDFFontScanner::Lookup& lookup)
 {
-    auto result = PDFFontScanner::audit(path, lookup, m_environment.clock);
+    auto result =
+        PDFFontScanner::audit(path, m_environment.readDocument, lookup, m_environment.clock);
     if (const auto* error = std::get_if<PDFCheckError>(&result)) {
         m_console.message(error->message());
         m_errors.push_back({shownPath(path), error->message()});
@@ -242,9 +357,11 @@ std::optional<FontList<Row>> Run<Row>::checked(const fs::path& path,
     list.source.path = std::move(audit.path);
     list.source.document =
         ListSource::Document{std::move(audit.fileName), audit.pageCount, audit.checkedAt};
-    list.rows.reserve(audit.rows.size());
+    std::vector<Judged> found;
+    found.reserve(audit.rows.size());
     for (AuditRow& row : audit.rows)
-        list.rows.push_back(m_receiver.makeRow(std::move(row)));
+        found.push_back(judged(std::move(row)));
+    put(std::move(found), list);
     return list;
 }
 
@@ -265,6 +382,13 @@ std::vector<InputError> execute(const Options& options, const Environment& envir
     case Command::check:
         run.check();
         break;
+    case Command::show:
+        run.show();
+        break;
+    case Command::notes:
+    case Command::explain:
+    case Command::completion:
+        break; // have no fonts
     }
     return run.takeErrors();
 }

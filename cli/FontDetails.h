@@ -1,19 +1,23 @@
-// All about one font: its verdict with every reason, and what it or the PDF says.
+// All about one font: its verdict with every reason, what it or the PDF says, what the user noted.
 #pragma once
 
 #include "cli/TextLines.h"
+#include "notes/NotesBook.h"
 #include "pdf/AuditRow.h"
-
-#include <string>
-#include <vector>
 
 namespace quillmark::cli {
 
-/// Writes a block of lines for `row`: for a document's font how the PDF uses it, for any other
-/// what the font file says about itself.
-void writeFontDetails(TextLines& lines, const AuditRow& row);
+/// How much is said about a font.
+struct Detail {
+    /// A document's font, too, with what the font says about itself; licence texts in full.
+    bool everything{};
+    const NotesBook* notes{}; // null: nothing is said about notes
+};
 
-/// Ascending page numbers with runs of them joined: "1-3, 7".
-[[nodiscard]] std::string pageRanges(const std::vector<int>& pages);
+/// Writes a block of lines for `row`.
+void writeFontDetails(TextLines& lines, const AuditRow& row, const Detail& detail);
+
+/// Writes what a note says, each line `indent` columns from the left.
+void writeNote(TextLines& lines, const LicenseNote& note, std::size_t indent);
 
 } // namespace quillmark::cli

@@ -4,6 +4,7 @@
 #include "pdf/AuditRow.h"
 
 #include <chrono>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,7 +16,8 @@ struct ListSource {
     enum class Kind {
         installed,
         folder,
-        file, // one font file given by name
+        file,  // one font file given by name
+        named, // installed fonts asked for by one name
         document,
     };
     /// What is known of a document besides its fonts.
@@ -54,7 +56,8 @@ struct TextRow {
 template <typename Row>
 struct FontList {
     ListSource source;
-    std::vector<Row> rows; // the library's order; for a document the audit's
+    std::vector<Row> rows; // the library's order, for a document the audit's, or as was asked for
+    std::size_t hidden{};  // further fonts, which were not asked for
 
     [[nodiscard]] AuditSummary summary() const
     {
@@ -67,7 +70,7 @@ struct FontList {
 
 /// Something that was asked for and could not be read.
 struct InputError {
-    std::string path; // absolute
+    std::string path; // absolute, or the name that a font was asked for by
     std::string message;
     bool operator==(const InputError&) const = default;
 };

@@ -1,26 +1,33 @@
 #include "cli/FontTable.h"
 
+#include "fontfile/EmbeddingRights.h"
 #include "text/DisplayWidth.h"
 
 #include <algorithm>
 #include <array>
-#include <span>
 #include <string_view>
-#include <utility>
 
 namespace quillmark::cli {
 namespace {
 
 constexpr std::size_t gap = 2; // blanks between columns
-constexpr std::size_t tableIndent = 4;
-constexpr std::size_t verdictWidth = 10; // the longest short label
 
-enum Column : std::size_t { name, postScriptName, format, file, columnCount };
+enum Column : std::size_t { font, verdict, license, embedding, source, columnCount };
 
-/// Wider columns than these would, for one long text, push the next column away from all the rest.
-constexpr std::array<std::size_t, columnCount> widest{40, 32, 20, 72};
-/// A file's path is cut to what room is left, if it is at least this.
-constexpr std::size_t narrowestFile = 20;
+struct ColumnLook {
+    std::string_view title;
+    std::size_t least;  // columns below which it says too little
+    std::size_t widest; // wider ones push the next column away from all the rest
+};
+/// The columns that the application's table has. The least widths of all but the embedding bits
+/// fill a terminal of 80 columns.
+constexpr std::array<ColumnLook, columnCount> looks{{
+    {"Font", 28, 40},
+    {"Verdict", 12, 12},
+    {"License in the font", 18, 40},
+    {"Embedding bits", 22, 40},
+    {"Source", 16, 72},
+}};
 
 /// The sign that stands beside a verdict's words.
 std::string_view symbol(Verdict verdict)
@@ -51,43 +58,67 @@ std::string below(const std::string& folder, const std::string& path)
     return path;
 }
 
+std::string embeddingText(const FontFacts& facts)
+{
+    const auto fsType = facts.fsType();
+    return fsType ? std::string(EmbeddingRights{*fsType}.label()) : "No OS/2 table";
+}
+
 Cells cells(const AuditRow& row, const std::string& folder)
 {
-    const FontFacts& facts = row.facts;
+    const Assessment& assessment = row.assessment;
     Cells cells;
-    cells[name] = oneLine(facts.displayName());
-    // A font whose two names are the same needs to be told only once.
-    if (facts.postScriptName != facts.displayName())
-        cells[postScriptName] = oneLine(facts.postScriptName);
-    cells[format] = oneLine(facts.format.value_or(std::string()));
-    cells[file] = oneLine(below(folder, facts.filePath.value_or(std::string())));
+    cells[font] = oneLine(row.facts.displayName());
+    cells[verdict] =
+        std::string(symbol(assessment.verdict)) + ' ' + std::string(shortLabel(assessment.verdict));
+    cells[license] = label(assessment.license);
+    cells[embedding] = embeddingText(row.facts);
+    cells[source] = assessment.appleBundled
+                        ? "Came with macOS"
+                        : oneLine(below(folder, row.facts.filePath.value_or(std::string())));
     return cells;
 }
 
-std::array<std::size_t, columnCount> naturalWidths(const std::vector<Line>& table)
+using Widths = std::array<std::size_t, columnCount>;
+
+Widths naturalWidths(const std::vector<Line>& table)
 {
-    std::array<std::size_t, columnCount> widths{};
+    Widths widths{};
+    for (std::size_t column = 0; column < columnCount; ++column)
+        widths[column] = displayWidth(looks[column].title);
     for (const Line& line : table)
         for (std::size_t column = 0; column < columnCount; ++column)
             widths[column] = std::max(widths[column], displayWidth(line.cells[column]));
     for (std::size_t column = 0; column < columnCount; ++column)
-        widths[column] = std::min(widths[column], widest[column]);
+        widths[column] = std::min(widths[column], looks[column].widest);
     return widths;
 }
 
-/// The widths that fit into `available` columns; zero for a column that is left out.
-std::array<std::size_t, columnCount> fitted(std::array<std::size_t, columnCount> widths,
-                                            std::size_t available)
+std::size_t total(const Widths& widths)
 {
-    std::size_t used = widths[name] = std::min(widths[name], available);
-    bool isFull = false;
-    for (std::size_t column = name + 1; column < columnCount; ++column) {
-        const std::size_t room = available - std::min(available, used + gap);
-        if (column == file && room >= narrowestFile)
-            widths[column] = std::min(widths[column], room);
-        isFull = isFull || widths[column] > room;
-        if (isFull) widths[column] = 0;
-        if (widths[column] > 0) used += gap + widths[column];
+    std::size_t sum = 0;
+    for (const std::size_t width : widths)
+        if (width > 0) sum += (sum > 0 ? gap : 0) + width;
+    return sum;
+}
+
+/// The widths that fit into `available` columns; zero for a column that is left out.
+Widths fitted(const Widths& natural, std::size_t available)
+{
+    Widths widths{};
+    for (std::size_t column = 0; column < columnCount; ++column)
+        widths[column] = std::min(natural[column], looks[column].least);
+    for (const Column dispensable : {embedding, license, source})
+        if (total(widths) > available) widths[dispensable] = 0;
+    if (total(widths) > available) {
+        const std::size_t rest = gap + widths[verdict];
+        widths[font] = available > rest + 1 ? available - rest : 1;
+    }
+    // What is left goes to those whose texts are read from their start, and then to the paths.
+    for (const Column column : {font, license, embedding, source}) {
+        if (widths[column] == 0) continue;
+        const std::size_t left = available - std::min(available, total(widths));
+        widths[column] = std::min(natural[column], widths[column] + left);
     }
     return widths;
 }
@@ -104,44 +135,40 @@ std::string endOfPath(const std::string& path, std::size_t columns)
     return "…" + std::string(end);
 }
 
-std::string fontCount(std::size_t count)
+void writeTitles(TextLines& lines, const Widths& widths)
 {
-    return std::to_string(count) + (count == 1 ? " font" : " fonts");
-}
-
-void writeGroupHeading(TextLines& lines, Verdict verdict, std::size_t count)
-{
-    writeVerdict(lines, verdict);
-    lines.text(" · " + fontCount(count), Ink::faint).endLine();
-}
-
-void writeLine(TextLines& lines, const Line& line,
-               const std::array<std::size_t, columnCount>& widths)
-{
-    const bool isTerminal = lines.page().columns.has_value();
-    // A line that is taken out of a pipe should say by itself what it says about the font.
-    if (isTerminal)
-        lines.skip(tableIndent);
-    else
-        lines.skip(2).cell(shortLabel(line.row->assessment.verdict), verdictWidth).skip(gap);
-    lines.cell(line.cells[name], widths[name]);
-    for (const Column column : {postScriptName, format, file}) {
-        if (widths[column] == 0) continue;
-        const std::string& text = line.cells[column];
-        const bool isCutPath = column == file && isTerminal;
-        lines.skip(gap).cell(isCutPath ? endOfPath(text, widths[column]) : text, widths[column],
-                             Ink::faint);
-    }
+    for (std::size_t column = 0; column < columnCount; ++column)
+        if (widths[column] > 0)
+            lines.cell(looks[column].title, widths[column], Ink::faint).skip(gap);
     lines.endLine();
 }
 
-/// The first of `lines`, which are not empty, with those after it that `projection` calls equal.
-std::span<const Line> group(std::span<const Line> lines, auto projection)
+void writeLine(TextLines& lines, const Line& line, const Widths& widths)
 {
-    const auto end = std::ranges::find_if(lines, [&](const Line& line) {
-        return projection(*line.row) != projection(*lines.front().row);
-    });
-    return {lines.begin(), end};
+    const bool isTerminal = lines.page().columns.has_value();
+    for (std::size_t column = 0; column < columnCount; ++column) {
+        if (widths[column] == 0) continue;
+        const std::string& text = line.cells[column];
+        switch (static_cast<Column>(column)) {
+        case font:
+            lines.cell(text, widths[column], Ink::strong);
+            break;
+        case verdict:
+            lines.cell(text, widths[column], ink(line.row->assessment.verdict));
+            break;
+        case source:
+            lines.cell(isTerminal ? endOfPath(text, widths[column]) : text, widths[column],
+                       Ink::faint);
+            break;
+        case license:
+        case embedding:
+        case columnCount:
+            lines.cell(text, widths[column]);
+            break;
+        }
+        lines.skip(gap);
+    }
+    lines.endLine();
 }
 
 } // namespace
@@ -158,33 +185,11 @@ void writeFontTable(TextLines& lines, const std::vector<const AuditRow*>& rows,
     table.reserve(rows.size());
     for (const AuditRow* row : rows)
         table.push_back({row, cells(*row, folder)});
-    const auto verdict = [](const AuditRow& row) { return row.assessment.verdict; };
-    const auto headline = [](const AuditRow& row) -> std::string_view {
-        return row.assessment.headline;
-    };
-    std::ranges::stable_sort(table, {}, [&](const Line& line) {
-        return std::pair(verdict(*line.row), headline(*line.row));
-    });
-
     auto widths = naturalWidths(table);
-    if (const auto columns = lines.page().columns)
-        widths = fitted(widths, *columns - std::min(*columns - 1, tableIndent));
-
-    std::span<const Line> rest = table;
-    while (!rest.empty()) {
-        auto sameVerdict = group(rest, verdict);
-        rest = rest.subspan(sameVerdict.size());
-        writeGroupHeading(lines, verdict(*sameVerdict.front().row), sameVerdict.size());
-        while (!sameVerdict.empty()) {
-            const auto sameHeadline = group(sameVerdict, headline);
-            sameVerdict = sameVerdict.subspan(sameHeadline.size());
-            lines.emptyLine();
-            lines.skip(2).paragraph(headline(*sameHeadline.front().row), 2);
-            for (const Line& line : sameHeadline)
-                writeLine(lines, line, widths);
-        }
-        if (!rest.empty()) lines.emptyLine();
-    }
+    if (const auto columns = lines.page().columns) widths = fitted(widths, *columns);
+    writeTitles(lines, widths);
+    for (const Line& line : table)
+        writeLine(lines, line, widths);
 }
 
 } // namespace quillmark::cli

@@ -1,4 +1,4 @@
-// Many fonts at a glance: one line each, under their verdict and its headline.
+// Many fonts at a glance, one line each.
 #pragma once
 
 #include "cli/TextLines.h"
@@ -9,8 +9,8 @@
 
 namespace quillmark::cli {
 
-/// Writes `rows` grouped by verdict, the worst first, then by headline; within that in their order.
-/// File paths below `folder` are shown without it.
+/// Writes a line of titles and one for each of `rows`. File paths below `folder` are shown without
+/// it.
 void writeFontTable(TextLines& lines, const std::vector<const AuditRow*>& rows,
                     const std::string& folder);
 

@@ -2,7 +2,7 @@
 
 #include "assessment/Classifier.h"
 #include "cli/Help.h"
-#include "coding/RecordCoding.h"
+#include "cli/JsonRow.h"
 
 #include <cassert>
 #include <cstddef>
@@ -12,20 +12,6 @@ namespace {
 
 /// Rows lie in an array, in a list, in the array of lists, in the report.
 constexpr std::size_t rowDepth = 4;
-
-std::string_view rawKind(ListSource::Kind kind)
-{
-    switch (kind) {
-    case ListSource::Kind::installed:
-        return "installed";
-    case ListSource::Kind::folder:
-    case ListSource::Kind::file: // a list of scanned fonts like a folder's, whose path is a file's
-        return "folder";
-    case ListSource::Kind::document:
-        return "document";
-    }
-    return {};
-}
 
 void write(JsonWriter& writer, const AuditSummary& summary)
 {
@@ -37,24 +23,10 @@ void write(JsonWriter& writer, const AuditSummary& summary)
     writer.endObject();
 }
 
-void write(JsonWriter& writer, const AuditRow& row)
-{
-    writer.beginObject();
-    writer.member("id", row.id());
-    writer.key("facts");
-    encode(writer, row.facts);
-    writer.key("assessment");
-    encode(writer, row.assessment);
-    if (row.pdf) {
-        writer.key("pdf");
-        encode(writer, *row.pdf);
-    }
-    writer.endObject();
-}
-
 } // namespace
 
-JsonReport::JsonReport(Output& output) : m_output(output), m_writer(output.buffer())
+JsonReport::JsonReport(Output& output, const NotesBook& notes)
+    : m_output(output), m_notes(notes), m_writer(output.buffer())
 {
     m_writer.beginObject();
     m_writer.member("quillmark", version());
@@ -62,27 +34,20 @@ JsonReport::JsonReport(Output& output) : m_output(output), m_writer(output.buffe
     m_writer.beginArray();
 }
 
-TextRow JsonReport::row(const AuditRow& row)
+TextRow JsonReport::row(const AuditRow& row) const
 {
     TextRow result{row.assessment.verdict, {}};
     JsonWriter writer = JsonWriter::ofItems(result.text, rowDepth);
-    write(writer, row);
+    writer.beginObject();
+    writeRowMembers(writer, row, m_notes);
+    writer.endObject();
     return result;
 }
 
 void JsonReport::add(const FontList<TextRow>& list)
 {
-    const ListSource& source = list.source;
     m_writer.beginObject();
-    m_writer.member("kind", rawKind(source.kind));
-    m_writer.member("title", source.title);
-    m_writer.member("subtitle", source.subtitle);
-    if (source.path) m_writer.member("path", *source.path);
-    if (source.document) {
-        m_writer.member("fileName", source.document->fileName);
-        m_writer.member("pageCount", source.document->pageCount);
-        m_writer.member("checkedAt", encodeDate(source.document->checkedAt));
-    }
+    writeSourceMembers(m_writer, list.source);
     m_writer.key("summary");
     write(m_writer, list.summary());
     m_writer.key("rows");

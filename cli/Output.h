@@ -42,6 +42,8 @@ public:
     [[nodiscard]] bool isTerminal() const { return m_isTerminal; }
     /// Writes the buffer out once there is enough in it to be worth a system call.
     void drain();
+    /// Writes the buffer out, for a reader who waits.
+    void flush() { write(); }
     /// Writes what is left and puts the file in its place.
     void finish();
     [[nodiscard]] const std::optional<OutputError>& error() const { return m_error; }

@@ -129,10 +129,12 @@ void TextLines::paragraph(std::string_view text, std::size_t indent, Ink ink)
         append(safe, ink);
         return endLine();
     }
-    // Narrower paragraphs than this are harder to read than lines that the terminal breaks.
+    // Narrower paragraphs than this are harder to read than lines that the terminal breaks, and in
+    // wider ones the eye does not find the next line.
     constexpr std::size_t narrowest = 20;
+    constexpr std::size_t widest = 100;
     const std::size_t columns =
-        std::max(narrowest, *m_page.columns - std::min(*m_page.columns, indent));
+        std::clamp(*m_page.columns - std::min(*m_page.columns, indent), narrowest, widest);
     std::string_view rest = safe;
     do {
         append(takeLine(rest, columns), ink);

@@ -1,7 +1,11 @@
 #include "assessment/Brand.h"
 #include "cli/CommandLine.h"
 #include "cli/Interruption.h"
+#include "files/ProcessMemory.h"
 #include "library/SystemFontService.h"
+#include "reader/DocumentReader.h"
+#include "reader/FontReaders.h"
+#include "reader/Readers.h"
 
 #include <charconv>
 #include <chrono>
@@ -10,7 +14,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
-#include <malloc.h>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <sys/ioctl.h>
@@ -29,18 +33,6 @@ void openMissingStreams()
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         if (fcntl(descriptor, F_GETFD) == -1)
             static_cast<void>(open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY));
-}
-
-/// The program runs for a moment, in which it fills its memory once. By default memory goes back to
-/// the system in between, and each page of it that is asked for again has to be cleared again.
-void keepMemory()
-{
-    constexpr int never = 1 << 30;         // bytes; no list of fonts is that long
-    constexpr int largestPiece = 32 << 20; // bytes; more cannot be asked for
-    constexpr int growth = 1 << 20;        // bytes
-    static_cast<void>(mallopt(M_TRIM_THRESHOLD, never));
-    static_cast<void>(mallopt(M_MMAP_THRESHOLD, largestPiece));
-    static_cast<void>(mallopt(M_TOP_PAD, growth));
 }
 
 Stream stream(int descriptor)
@@ -89,22 +81,31 @@ std::optional<std::filesystem::path> notesFile()
 
 int main(int argumentCount, char** arguments)
 {
-    keepMemory();
+    quillmark::keepMemory();
     openMissingStreams();
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); // a closed pipe is an error of the write
     quillmark::cli::Interruption::install();
     // Such a terminal knows neither colours nor how to erase the progress line.
     const bool isDumb = variable("TERM").empty() || variable("TERM") == "dumb";
+    // Their processes end with this one.
+    const quillmark::reader::Readers ownReaders(
+        quillmark::reader::besideThisProgram(quillmark::reader::Settings::Afterwards::kept));
+    const std::shared_ptr<const quillmark::reader::Readers> readers(std::shared_ptr<void>(),
+                                                                    &ownReaders);
     // Never freed: the process ends right behind it, and thousands of fonts take their time.
-    static const quillmark::FontService& fonts = *new quillmark::SystemFontService;
+    static const quillmark::FontService& fonts = *new quillmark::SystemFontService(
+        std::make_shared<quillmark::reader::FontReaders>(readers));
     const quillmark::cli::Environment environment{
         .fonts = fonts,
+        .input = STDIN_FILENO,
         .output = stream(STDOUT_FILENO),
         .errors = isDumb ? Stream{STDERR_FILENO, std::nullopt} : stream(STDERR_FILENO),
         .locale = {},
         .notes = notesFile(),
         .plainTerminal = isDumb || !variable("NO_COLOR").empty(),
         .clock = checkClock(),
+        .progressDelay = std::chrono::milliseconds(500),
+        .readDocument = quillmark::reader::documentReader(readers),
     };
     const std::vector<std::string> given(arguments + (argumentCount > 0 ? 1 : 0),
                                          arguments + argumentCount);

@@ -5,7 +5,9 @@ include(GNUInstallDirs)
 set(CMAKE_INSTALL_DOCDIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/quillmark)
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+    # What it has to overlook to keep anything that was compiled with precompiled headers.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
 endif()
 
 add_library(quillmark_common INTERFACE)
@@ -25,6 +27,11 @@ target_compile_options(quillmark_common INTERFACE
     -fstack-protector-strong
     $<$<BOOL:${QUILLMARK_WERROR}>:-Werror>
 )
+# The same program wherever it is built: no folder of the builder's is in it.
+target_compile_options(quillmark_common INTERFACE
+    $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=quillmark>
+    $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>
+)
 target_compile_definitions(quillmark_common INTERFACE
     $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>
     $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>
@@ -41,6 +48,19 @@ if(QUILLMARK_SANITIZE)
     # The fortified string functions hide what AddressSanitizer wants to see.
     target_compile_options(quillmark_common INTERFACE -U_FORTIFY_SOURCE)
 endif()
+
+# quillmark_precompiled(<target> <header>...|REUSE_FROM <other>)
+#
+# Precompiled headers for a target whose sources are short beside what they include.
+function(quillmark_precompiled target)
+    if(ARGV1 STREQUAL REUSE_FROM)
+        target_precompile_headers(${target} ${ARGN})
+    else()
+        target_precompile_headers(${target} PRIVATE ${ARGN})
+    endif()
+    # ccache understands them in no other way.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+endfunction()
 
 # quillmark_core_library(<folder> SOURCES ... [LINKS ...] [PRIVATE_LINKS ...])
 #

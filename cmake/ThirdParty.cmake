@@ -35,3 +35,24 @@ function(quillmark_third_party target)
         target_link_libraries(${target} INTERFACE PkgConfig::${target})
     endif()
 endfunction()
+
+include(CheckLinkerFlag)
+check_linker_flag(CXX -Wl,-z,pack-relative-relocs QUILLMARK_PACKS_RELOCATIONS)
+
+# quillmark_quick_start(<program>)
+#
+# For a program that is started for each of many files: with no more shared libraries than the
+# system's own, and little to relocate.
+function(quillmark_quick_start program)
+    set_target_properties(${program} PROPERTIES QUILLMARK_STATIC ON)
+    target_link_options(${program} PRIVATE -Wl,--gc-sections)
+    get_target_property(icu_is_static quillmark_icu QUILLMARK_IS_STATIC)
+    get_target_property(qpdf_is_static quillmark_qpdf QUILLMARK_IS_STATIC)
+    if(icu_is_static AND qpdf_is_static AND NOT QUILLMARK_SANITIZE)
+        # No other library in it is of C++, so that no exception passes from one copy to another.
+        target_link_options(${program} PRIVATE -static-libstdc++ -static-libgcc)
+    endif()
+    if(QUILLMARK_PACKS_RELOCATIONS)
+        target_link_options(${program} PRIVATE -Wl,-z,pack-relative-relocs)
+    endif()
+endfunction()

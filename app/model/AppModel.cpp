@@ -8,6 +8,7 @@
 #include "model/FontReading.h"
 #include "model/Preferences.h"
 #include "model/QtText.h"
+#include "text/WebLink.h"
 
 #include <QPointer>
 #include <QThread>
@@ -31,6 +32,8 @@ constexpr auto noDocuments =
     "then check the PDF.)";
 
 constexpr auto nothingToExport = "There's nothing to export in this view yet.";
+
+constexpr auto noProgram = "No program for it was found";
 
 /// Work that could not be finished.
 struct BackgroundFailure {
@@ -87,12 +90,13 @@ void AppModel::set(Value& property, Value value, Signal changed)
 
 /// Calls `then` with what `work` returns, or with a BackgroundFailure, in a variant; not at all
 /// when the model is gone by then. `work` holds no part of the model.
-template <typename Work, typename Then>
-void AppModel::inBackground(Work work, Then then)
+template <typename Do, typename Then>
+void AppModel::inBackground(Work kind, Do work, Then then)
 {
-    using Outcome = std::variant<std::invoke_result_t<Work&>, BackgroundFailure>;
+    using Outcome = std::variant<std::invoke_result_t<Do&>, BackgroundFailure>;
     const auto outcome = std::make_shared<Outcome>(BackgroundFailure{});
-    m_environment.background.run(
+    const auto run = kind == Work::reads ? &BackgroundRunner::run : &BackgroundRunner::runToEnd;
+    (m_environment.background.*run)(
         [work = std::move(work), outcome]() mutable {
             try {
                 *outcome = work();
@@ -173,6 +177,7 @@ void AppModel::scanInstalled()
     set(m_scanningInstalled, true, &AppModel::scanningInstalledChanged);
     const auto fonts = m_environment.fontService();
     inBackground(
+        Work::reads,
         [fonts, locale = m_environment.locale] { return readInstalledRows(*fonts, locale); },
         [this, fonts, ticket](auto outcome) {
             const bool counts = m_installedScans.end(ticket);
@@ -210,21 +215,23 @@ void AppModel::scanFolder(const fs::path& folder, Select select)
     const bool refreshes = select == Select::no && m_folders.contains(path);
     const auto ticket = m_folderScans.begin(path, path);
     set(m_scanningFolder, m_folderScans.latest(), &AppModel::scanningFolderChanged);
-    inBackground([fonts = m_fonts, locale = m_environment.locale,
-                  path] { return readFolderRows(*fonts, locale, path); },
-                 [this, path, select, refreshes, ticket](auto outcome) {
-                     const bool counts = m_folderScans.end(ticket);
-                     set(m_scanningFolder, m_folderScans.latest(),
-                         &AppModel::scanningFolderChanged);
-                     auto* rows = std::get_if<RowList>(&outcome);
-                     if (rows == nullptr) {
-                         setAlert(failureSentence(path, "read",
-                                                  std::get<BackgroundFailure>(outcome).reason));
-                         return;
-                     }
-                     const bool wasRemoved = refreshes && !m_folders.contains(path);
-                     if (counts && !wasRemoved) finishFolderScan(path, std::move(*rows), select);
-                 });
+    inBackground(
+        Work::reads,
+        [fonts = m_fonts, locale = m_environment.locale, path] {
+            return readFolderRows(*fonts, locale, path);
+        },
+        [this, path, select, refreshes, ticket](auto outcome) {
+            const bool counts = m_folderScans.end(ticket);
+            set(m_scanningFolder, m_folderScans.latest(), &AppModel::scanningFolderChanged);
+            auto* rows = std::get_if<RowList>(&outcome);
+            if (rows == nullptr) {
+                setAlert(
+                    failureSentence(path, "read", std::get<BackgroundFailure>(outcome).reason));
+                return;
+            }
+            const bool wasRemoved = refreshes && !m_folders.contains(path);
+            if (counts && !wasRemoved) finishFolderScan(path, std::move(*rows), select);
+        });
 }
 
 void AppModel::finishFolderScan(const std::string& path, RowList rows, Select select)
@@ -286,8 +293,8 @@ void AppModel::checkDocuments(const std::vector<fs::path>& files)
     std::vector<RowList> known{m_installed};
     for (const FolderScan& folder : folders())
         known.push_back(folder.rows);
-    checked->check =
-        std::make_shared<DocumentCheck>(m_fonts, std::move(known), m_environment.clock);
+    checked->check = std::make_shared<DocumentCheck>(
+        m_fonts, std::move(known), m_environment.readDocument, m_environment.clock);
     checkNext(checked);
 }
 
@@ -296,23 +303,23 @@ void AppModel::checkNext(const std::shared_ptr<CheckedFiles>& files)
     const fs::path file = absolutePath(files->files[files->next]);
     files->ticket = m_checks.begin(file.native(), shownName(file.native()));
     set(m_checkingDocument, m_checks.latest(), &AppModel::checkingDocumentChanged);
-    inBackground([check = files->check, file] { return check->check(file); },
-                 [this, files, file](auto outcome) {
-                     const bool counts = m_checks.end(files->ticket);
-                     auto* result = std::get_if<PDFFontScanner::Result>(&outcome);
-                     if (result == nullptr)
-                         setAlert(failureSentence(file.native(), "checked",
-                                                  std::get<BackgroundFailure>(outcome).reason));
-                     else if (const auto* error = std::get_if<PDFCheckError>(result))
-                         setAlert(error->message());
-                     else if (counts)
-                         finishCheck(file, std::get<DocumentAudit>(std::move(*result)));
-                     if (++files->next < files->files.size())
-                         checkNext(files);
-                     else
-                         set(m_checkingDocument, m_checks.latest(),
-                             &AppModel::checkingDocumentChanged);
-                 });
+    inBackground(
+        Work::reads, [check = files->check, file] { return check->check(file); },
+        [this, files, file](auto outcome) {
+            const bool counts = m_checks.end(files->ticket);
+            auto* result = std::get_if<PDFFontScanner::Result>(&outcome);
+            if (result == nullptr)
+                setAlert(failureSentence(file.native(), "checked",
+                                         std::get<BackgroundFailure>(outcome).reason));
+            else if (const auto* error = std::get_if<PDFCheckError>(result))
+                setAlert(error->message());
+            else if (counts)
+                finishCheck(file, std::get<DocumentAudit>(std::move(*result)));
+            if (++files->next < files->files.size())
+                checkNext(files);
+            else
+                set(m_checkingDocument, m_checks.latest(), &AppModel::checkingDocumentChanged);
+        });
 }
 
 void AppModel::finishCheck(const fs::path& file, DocumentAudit audit)
@@ -351,7 +358,7 @@ std::chrono::sys_seconds AppModel::now() const
     return std::chrono::floor<std::chrono::seconds>(m_environment.clock());
 }
 
-/// Makes a change to a note that tells what went wrong, and tells others about both.
+/// Makes a change to the notes, tells others about it, and begins to save it.
 template <typename Change>
 void AppModel::changeNote(const std::string& key, Change change)
 {
@@ -360,14 +367,35 @@ void AppModel::changeNote(const std::string& key, Change change)
         return note == nullptr ? std::nullopt : std::optional(*note);
     };
     const auto before = kept();
-    std::optional<std::string> failure = change();
+    change();
     if (kept() != before) Q_EMIT notesChanged();
-    if (failure) setAlert(std::move(failure));
+    saveNotes();
+}
+
+/// Goes on until all is saved that is changed meanwhile.
+void AppModel::saveNotes()
+{
+    const auto save = m_notes.beginSave(now());
+    if (!save) return;
+    inBackground(
+        Work::writes, [save] { return save->run(); },
+        [this](const auto& outcome) {
+            NotesSave::Result result;
+            if (const auto* failed = std::get_if<BackgroundFailure>(&outcome))
+                result.failure = failureSentence(m_environment.places.notesFile().native(),
+                                                 "written", failed->reason);
+            else
+                result = std::get<NotesSave::Result>(outcome);
+            auto ended = m_notes.endSave(result);
+            if (ended.changed) Q_EMIT notesChanged();
+            if (ended.failure) setAlert(std::move(ended.failure));
+            saveNotes();
+        });
 }
 
 void AppModel::saveNote(const LicenseNote& note, const std::string& key)
 {
-    changeNote(key, [&] { return m_notes.edit(note, key, now()); });
+    changeNote(key, [&] { m_notes.edit(note, key, now()); });
 }
 
 void AppModel::attachFile(const std::string& key)
@@ -388,14 +416,16 @@ void AppModel::attach(const fs::path& file, const std::string& key)
 {
     const std::string fileName = shownName(file.native());
     const std::string copy = m_attachments.newName(m_environment.makeUUID, fileName);
-    inBackground([attachments = m_attachments, file, copy] { return attachments.copy(file, copy); },
-                 [this, file, fileName, copy, key](const auto& outcome) {
-                     if (const auto reason = failureReason(outcome))
-                         setAlert(failureSentence(file.native(), "attached", *reason));
-                     else
-                         changeNote(key,
-                                    [&] { return m_notes.attach(copy, fileName, key, now()); });
-                 });
+    inBackground(
+        Work::writes,
+        [attachments = m_attachments, file, copy] { return attachments.copy(file, copy); },
+        [this, file, fileName, copy, key](const auto& outcome) {
+            if (const auto reason = failureReason(outcome))
+                setAlert(failureSentence(file.native(), "attached", *reason));
+            else
+                m_notes.attach(copy, fileName, key, now());
+            saveNotes();
+        });
 }
 
 void AppModel::openAttachment(const std::string& key)
@@ -407,12 +437,12 @@ void AppModel::openAttachment(const std::string& key)
     if (const auto* error = std::get_if<FileError>(&copy))
         setAlert(failureSentence(name, "opened", error->reason));
     else if (!m_environment.prompts.openURL(fileURL(std::get<fs::path>(copy).native())))
-        setAlert(failureSentence(name, "opened", "No program for it was found"));
+        setAlert(failureSentence(name, "opened", noProgram));
 }
 
 void AppModel::removeAttachment(const std::string& key)
 {
-    changeNote(key, [&] { return m_notes.detach(key, now()); });
+    changeNote(key, [&] { m_notes.detach(key, now()); });
 }
 
 void AppModel::export_(ExportFormat format)
@@ -432,6 +462,7 @@ void AppModel::export_(ExportFormat format)
 void AppModel::exportTo(const fs::path& file, const AuditList& list, ExportFormat format)
 {
     inBackground(
+        Work::writes,
         [file, list, format, notes = notes(), now = m_environment.clock(), mode = m_newFileMode] {
             return AuditFile::write(file, list, format, notes, now, mode);
         },
@@ -446,6 +477,13 @@ void AppModel::exportTo(const fs::path& file, const AuditList& list, ExportForma
 void AppModel::showInFinder(const fs::path& path)
 {
     m_environment.prompts.reveal(path);
+}
+
+void AppModel::openLink(const std::string& address)
+{
+    const auto link = webLink(address);
+    if (link && !m_environment.prompts.openURL(*link))
+        setAlert(failureSentence(*link, "opened", noProgram));
 }
 
 } // namespace quillmark

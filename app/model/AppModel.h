@@ -40,6 +40,7 @@ struct AppEnvironment {
     MakeUUID makeUUID;
     UserPlaces places;
     std::string locale{}; // whose order fonts are sorted in; the user's when empty
+    PDFFontScanner::Read readDocument{PDFFontScanner::read}; // callable on any thread
 };
 
 /// Lives on the main thread, and may be touched only there. A property's signal comes when the
@@ -53,6 +54,7 @@ public:
     enum class Select { no, yes };
 
     AppModel(AppEnvironment environment, Persistence persistence);
+    /// Saves notes that are not on the disk yet.
     ~AppModel() override;
 
     [[nodiscard]] bool persist() const { return m_persistence == Persistence::on; }
@@ -117,8 +119,8 @@ public:
 
     /// The note under a font's PostScript name; an empty one when there is none.
     [[nodiscard]] LicenseNote note(const std::string& key) const { return m_notes.note(key); }
-    /// Keeps a note as edited and saves all of them. The time is filled in, and the attachment
-    /// stays what it is.
+    /// Keeps a note as edited and begins to save all of them. The time is filled in, and the
+    /// attachment stays what it is.
     void saveNote(const LicenseNote& note, const std::string& key);
     /// Asks for a file, and begins to copy it to be attached to the note in place of any former
     /// one.
@@ -132,6 +134,8 @@ public:
 
     /// Shows a file or folder in the desktop's file manager.
     void showInFinder(const std::filesystem::path& path);
+    /// Opens an address, as a font or a note has it, in the browser. What is none is not opened.
+    void openLink(const std::string& address);
 
 Q_SIGNALS:
     void installedChanged();
@@ -152,10 +156,12 @@ private:
 
     template <typename Value, typename Signal>
     void set(Value& property, Value value, Signal changed);
-    template <typename Work, typename Then>
-    void inBackground(Work work, Then then);
+    enum class Work { reads, writes };
+    template <typename Do, typename Then>
+    void inBackground(Work kind, Do work, Then then);
     template <typename Change>
     void changeNote(const std::string& key, Change change);
+    void saveNotes();
 
     [[nodiscard]] std::optional<AuditList> listForSelection() const;
     void updateList();

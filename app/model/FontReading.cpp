@@ -10,13 +10,21 @@ namespace {
 
 constexpr auto asRow = [](FontFacts&& facts) { return auditRow(std::move(facts)); };
 
+/// A list that can be shown at once.
+RowList prepared(std::vector<AuditRow> rows)
+{
+    RowList list(std::move(rows));
+    list.prepare();
+    return list;
+}
+
 } // namespace
 
 RowList readInstalledRows(const FontService& service, const std::string& locale)
 {
     FontLibrary::MadeOfFonts rows(asRow);
     const auto places = FontLibrary::readInstalledFonts(service, Collator(locale), rows);
-    return RowList(rows.itemsAt(places));
+    return prepared(rows.itemsAt(places));
 }
 
 RowList readFolderRows(const FontService& service, const std::string& locale,
@@ -24,19 +32,20 @@ RowList readFolderRows(const FontService& service, const std::string& locale,
 {
     FontLibrary::MadeOfFonts rows(asRow);
     const auto places = FontLibrary::readFolder(service, Collator(locale), folder, rows);
-    return RowList(rows.itemsAt(places));
+    return prepared(rows.itemsAt(places));
 }
 
 DocumentCheck::DocumentCheck(std::shared_ptr<const FontService> service, std::vector<RowList> known,
-                             PDFFontScanner::Clock clock)
-    : m_service(std::move(service)), m_known(std::move(known)), m_clock(std::move(clock))
+                             PDFFontScanner::Read read, PDFFontScanner::Clock clock)
+    : m_service(std::move(service)), m_known(std::move(known)), m_read(std::move(read)),
+      m_clock(std::move(clock))
 {
 }
 
 PDFFontScanner::Result DocumentCheck::check(const std::filesystem::path& document)
 {
     const auto lookup = [this](std::string_view name) { return index().lookup(name, *m_service); };
-    return PDFFontScanner::audit(document, lookup, m_clock);
+    return PDFFontScanner::audit(document, m_read, lookup, m_clock);
 }
 
 const FontIndex& DocumentCheck::index()

@@ -28,7 +28,7 @@ class DocumentCheck {
 public:
     /// `known` are the lists whose fonts are matched, later ones taking the place of earlier ones.
     DocumentCheck(std::shared_ptr<const FontService> service, std::vector<RowList> known,
-                  PDFFontScanner::Clock clock);
+                  PDFFontScanner::Read read, PDFFontScanner::Clock clock);
 
     [[nodiscard]] PDFFontScanner::Result check(const std::filesystem::path& document);
 
@@ -37,6 +37,7 @@ private:
 
     std::shared_ptr<const FontService> m_service;
     std::vector<RowList> m_known;
+    PDFFontScanner::Read m_read;
     PDFFontScanner::Clock m_clock;
     std::optional<FontIndex> m_index; // made when the first document names a font
 };

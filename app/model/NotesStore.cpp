@@ -1,25 +1,35 @@
 #include "model/NotesStore.h"
 
-#include "model/FileSentence.h"
+#include "notes/NotesError.h"
 #include "notes/NotesFile.h"
 
 #include <algorithm>
-#include <system_error>
+#include <exception>
 #include <utility>
 #include <variant>
 
 namespace quillmark {
 
-namespace fs = std::filesystem;
-
-NotesStore::NotesStore(std::optional<fs::path> file, Attachments attachments)
-    : m_file(std::move(file)), m_attachments(std::move(attachments))
+NotesStore::NotesStore(std::optional<std::filesystem::path> file, Attachments attachments)
+    : m_target(std::make_shared<NotesTarget>(std::move(file))),
+      m_attachments(std::move(attachments))
 {
 }
 
-LicenseNote NotesStore::note(const std::string& key) const
+NotesStore::~NotesStore()
 {
-    const LicenseNote* found = m_book.note(key);
+    try {
+        // One that has not begun yet finds then that it has been done.
+        if (m_saving) static_cast<void>(endSave(m_saving->run()));
+        if (m_changed || m_unsaved) static_cast<void>(makeSave(m_now)->run());
+    } catch (const std::exception&) {
+        // Nobody is left to be told.
+    }
+}
+
+LicenseNote NotesStore::noteIn(const NotesBook& book, const std::string& key)
+{
+    const LicenseNote* found = book.note(key);
     if (found == nullptr) return {};
     LicenseNote note = *found;
     if (note.attachment && !Attachments::isName(*note.attachment)) {
@@ -31,88 +41,109 @@ LicenseNote NotesStore::note(const std::string& key) const
 
 void NotesStore::load()
 {
-    if (!m_file) return;
-    auto read = readNotesFile(*m_file);
+    if (!m_target->file()) return;
+    auto read = readNotesFile(*m_target->file());
     const auto* error = std::get_if<NotesError>(&read);
-    m_mayHoldUnread = error != nullptr && error->kind != NotesError::Kind::missing;
+    m_target->setMayHoldUnread(error != nullptr && error->kind != NotesError::Kind::missing);
     m_book = error == nullptr ? std::get<NotesBook>(std::move(read)) : NotesBook{};
+    m_onDisk = std::make_shared<const NotesBook>(m_book);
 }
 
-NotesStore::Failure NotesStore::edit(LicenseNote note, const std::string& key,
-                                     std::chrono::sys_seconds now)
+void NotesStore::edit(LicenseNote note, const std::string& key, std::chrono::sys_seconds now)
 {
     const LicenseNote* kept = m_book.note(key);
     note.attachment = kept == nullptr ? std::nullopt : kept->attachment;
     note.attachmentName = kept == nullptr ? std::nullopt : kept->attachmentName;
     note.updated = now;
     m_book.set(std::move(note), key);
-    return save(now);
+    m_now = now;
+    m_changed = true;
 }
 
-NotesStore::Failure NotesStore::attach(const std::string& copy, const std::string& fileName,
-                                       const std::string& key, std::chrono::sys_seconds now)
+void NotesStore::attach(const std::string& copy, const std::string& fileName,
+                        const std::string& key, std::chrono::sys_seconds now)
 {
-    const LicenseNote* found = m_book.note(key);
-    const auto former = found == nullptr ? std::nullopt : std::optional(*found);
-    LicenseNote changed = note(key);
-    const auto replaced = std::exchange(changed.attachment, copy);
-    changed.attachmentName = fileName;
-    changed.updated = now;
-    m_book.set(std::move(changed), key);
-    if (const auto error = saveBook(now)) {
-        m_book.set(former, key);
-        static_cast<void>(m_attachments.remove(copy)); // it is the saving that the user learns of
-        return error->sentence();
-    }
-    if (replaced) m_discarded.push_back(*replaced);
-    return removeDiscarded();
+    m_attaching.push_back({copy, fileName, key, now});
+    m_now = now;
+    m_changed = true;
 }
 
-NotesStore::Failure NotesStore::detach(const std::string& key, std::chrono::sys_seconds now)
+void NotesStore::detach(const std::string& key, std::chrono::sys_seconds now)
 {
     LicenseNote changed = note(key);
-    if (!changed.attachment) return std::nullopt;
-    m_discarded.push_back(*changed.attachment);
-    changed.attachment.reset();
+    if (!changed.attachment) return;
+    m_discarded.push_back(*std::exchange(changed.attachment, std::nullopt));
     changed.attachmentName.reset();
     changed.updated = now;
     m_book.set(std::move(changed), key);
-    return save(now);
+    m_now = now;
+    m_changed = true;
 }
 
-NotesStore::Failure NotesStore::save(std::chrono::sys_seconds now)
+/// Returns the copy that is replaced.
+std::optional<std::string> NotesStore::put(const Attaching& attaching, NotesBook& book)
 {
-    if (const auto error = saveBook(now)) return error->sentence();
-    return removeDiscarded();
+    LicenseNote changed = noteIn(book, attaching.key);
+    auto replaced = std::exchange(changed.attachment, attaching.copy);
+    changed.attachmentName = attaching.fileName;
+    changed.updated = std::max(changed.updated, attaching.now);
+    book.set(std::move(changed), attaching.key);
+    return replaced;
 }
 
-NotesStore::Failure NotesStore::removeDiscarded()
+std::shared_ptr<const NotesSave> NotesStore::makeSave(std::chrono::sys_seconds now)
 {
-    Failure failure;
-    for (const std::string& copy : std::exchange(m_discarded, {})) {
-        if (isNamed(copy)) continue;
-        if (const auto error = m_attachments.remove(copy))
-            failure = failureSentence(copy, "removed", error->reason);
+    NotesSave save{
+        .target = m_target,
+        .number = ++m_number,
+        .book = m_book,
+        .before = m_onDisk,
+        .attachments = m_attachments,
+        .discarded = m_discarded,
+        .now = now,
+    };
+    for (const Attaching& attaching : m_attaching)
+        if (auto replaced = put(attaching, save.book)) save.discarded.push_back(*replaced);
+    return std::make_shared<const NotesSave>(std::move(save));
+}
+
+std::shared_ptr<const NotesSave> NotesStore::beginSave(std::chrono::sys_seconds now)
+{
+    if (m_saving || !m_changed) return nullptr;
+    m_changed = false;
+    if (!m_target->file() && m_attaching.empty() && m_discarded.empty()) return nullptr;
+    m_saving = makeSave(now);
+    m_attachingNow = m_attaching.size();
+    m_discardedNow = m_discarded.size();
+    return m_saving;
+}
+
+NotesStore::Ended NotesStore::endSave(const NotesSave::Result& result)
+{
+    Ended ended{.failure = result.failure};
+    const bool saved = result.written != nullptr;
+    if (saved && *result.written != m_saving->book) {
+        m_book.takeOver(m_saving->book, *result.written);
+        ended.changed = true;
     }
-    return failure;
-}
-
-std::optional<NotesError> NotesStore::saveBook(std::chrono::sys_seconds now)
-{
-    if (!m_file) return std::nullopt;
-    std::error_code ignored;
-    if (m_mayHoldUnread && fs::exists(*m_file, ignored)) {
-        auto kept = keepUnreadable(*m_file, now);
-        if (auto* error = std::get_if<NotesError>(&kept)) return std::move(*error);
+    const auto attached = m_attaching.begin() + static_cast<std::ptrdiff_t>(m_attachingNow);
+    for (auto attaching = m_attaching.begin(); attaching != attached; ++attaching)
+        if (saved) {
+            put(*attaching, m_book);
+            ended.changed = true;
+        } else {
+            // It is the saving that the user learns of.
+            static_cast<void>(m_attachments.remove(attaching->copy));
+        }
+    m_attaching.erase(m_attaching.begin(), attached);
+    if (saved) {
+        m_discarded.erase(m_discarded.begin(),
+                          m_discarded.begin() + static_cast<std::ptrdiff_t>(m_discardedNow));
+        m_onDisk = result.written;
     }
-    m_mayHoldUnread = false;
-    return m_book.save(*m_file);
-}
-
-bool NotesStore::isNamed(const std::string& copy) const
-{
-    return std::ranges::any_of(m_book.notes,
-                               [&](const auto& entry) { return entry.second.attachment == copy; });
+    m_unsaved = !saved;
+    m_saving.reset();
+    return ended;
 }
 
 } // namespace quillmark

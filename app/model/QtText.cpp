@@ -44,4 +44,26 @@ std::string fileURL(std::string_view path)
     return std::string(fileScheme) + bytes(path).toPercentEncoding("/").toStdString();
 }
 
+std::optional<std::string> pathOfFileURL(std::string_view url)
+{
+    constexpr std::string_view scheme = "file:";
+    constexpr std::string_view authority = "//";
+    constexpr std::string_view thisComputer = "localhost";
+    const auto hasScheme = [&] {
+        return url.size() > scheme.size() &&
+               qstrnicmp(url.data(), scheme.data(), scheme.size()) == 0;
+    };
+    if (!hasScheme()) return std::nullopt;
+    std::string_view rest = url.substr(scheme.size());
+    if (rest.starts_with(authority)) {
+        rest.remove_prefix(authority.size());
+        if (rest.starts_with(thisComputer)) rest.remove_prefix(thisComputer.size());
+    }
+    if (!rest.starts_with('/')) return std::nullopt;
+    rest = rest.substr(0, rest.find_first_of("?#"));
+    std::string path = QByteArray::fromPercentEncoding(bytes(rest)).toStdString();
+    if (path.find('\0') != std::string::npos) return std::nullopt;
+    return path;
+}
+
 } // namespace quillmark

@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,5 +19,7 @@ namespace quillmark {
 
 /// The absolute path as a "file:" URL (RFC 8089), every byte that needs it percent-encoded.
 [[nodiscard]] std::string fileURL(std::string_view path);
+/// The bytes of the path in a "file:" URL on this computer; absent for anything else.
+[[nodiscard]] std::optional<std::string> pathOfFileURL(std::string_view url);
 
 } // namespace quillmark

@@ -1,6 +1,7 @@
 // The fonts of one list, shared instead of copied.
 #pragma once
 
+#include "model/RowIndex.h"
 #include "pdf/AuditRow.h"
 
 #include <cstddef>
@@ -24,11 +25,19 @@ public:
     [[nodiscard]] std::size_t size() const { return span().size(); }
     [[nodiscard]] bool empty() const { return span().empty(); }
 
+    /// What the list is searched and sorted by. Made once for all copies, when it is first asked
+    /// for; valid as long as any copy is. Callable from any thread.
+    [[nodiscard]] const RowIndex& index() const;
+    /// Makes that now, where nobody waits for it.
+    void prepare() const;
+    [[nodiscard]] bool isPrepared() const;
+
     /// Whether the rows are equal; free when they are the same.
     bool operator==(const RowList& other) const;
 
 private:
-    std::shared_ptr<const std::vector<AuditRow>> m_rows;
+    struct Shared;
+    std::shared_ptr<const Shared> m_shared;
 };
 
 } // namespace quillmark

@@ -19,31 +19,55 @@ constexpr QEvent::Type jobFinished = QEvent::User;
 
 ThreadPoolRunner::ThreadPoolRunner()
 {
-    m_pool.setMaxThreadCount(std::max(fewestThreads, m_pool.maxThreadCount()));
+    for (QThreadPool* const pool : {&m_pool, &m_poolToEnd})
+        pool->setMaxThreadCount(std::max(fewestThreads, pool->maxThreadCount()));
 }
 
 ThreadPoolRunner::~ThreadPoolRunner()
 {
-    m_pool.clear();
-    m_pool.waitForDone();
+    for (QThreadPool* const pool : {&m_pool, &m_poolToEnd}) {
+        pool->clear();
+        pool->waitForDone();
+    }
 }
 
 void ThreadPoolRunner::run(std::function<void()> work, std::function<void()> done)
 {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_waiting.push_back({std::move(work), std::move(done)});
-    }
-    m_pool.start([this] { workOnNext(); });
+    start({std::move(work), std::move(done)}, m_waiting, m_pool);
 }
 
-void ThreadPoolRunner::workOnNext()
+void ThreadPoolRunner::runToEnd(std::function<void()> work, std::function<void()> done)
+{
+    ++m_owed;
+    start(
+        {
+            .work = std::move(work),
+            .done =
+                [this, done = std::move(done)] {
+                    --m_owed;
+                    done();
+                },
+        },
+        m_waitingToEnd, m_poolToEnd);
+}
+
+void ThreadPoolRunner::start(Job job, Jobs& waiting, QThreadPool& pool)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        waiting.push_back(std::move(job));
+    }
+    pool.start([this, &waiting] { workOnNext(waiting); });
+}
+
+void ThreadPoolRunner::workOnNext(Jobs& waiting)
 {
     Job job;
     {
         const std::lock_guard lock(m_mutex);
-        job = std::move(m_waiting.front());
-        m_waiting.pop_front();
+        if (waiting.empty()) return; // dropped
+        job = std::move(waiting.front());
+        waiting.pop_front();
     }
     job.work();
     job.work = nullptr; // what it holds is not needed until the main thread has time
@@ -51,7 +75,23 @@ void ThreadPoolRunner::workOnNext()
         const std::lock_guard lock(m_mutex);
         m_finished.push_back(std::move(job.done));
     }
+    m_hasFinished.notify_one();
     QCoreApplication::postEvent(this, new QEvent(jobFinished));
+}
+
+void ThreadPoolRunner::finish()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_waiting.clear();
+    }
+    while (m_owed > 0) {
+        {
+            std::unique_lock lock(m_mutex);
+            m_hasFinished.wait(lock, [this] { return !m_finished.empty(); });
+        }
+        deliver();
+    }
 }
 
 bool ThreadPoolRunner::event(QEvent* event)

@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <vector>
@@ -22,6 +23,13 @@ public:
     ~ThreadPoolRunner() override;
 
     void run(std::function<void()> work, std::function<void()> done) override;
+    void runToEnd(std::function<void()> work, std::function<void()> done) override;
+
+    /// Before the program ends: waits for all that must not be lost, and delivers it. Other work
+    /// that has not begun is dropped.
+    void finish();
+    /// Whether a thread is still at work. It would hold up the destructor.
+    [[nodiscard]] bool isWorking() const { return m_pool.activeThreadCount() > 0; }
 
     bool event(QEvent* event) override;
 
@@ -30,15 +38,22 @@ private:
         std::function<void()> work;
         std::function<void()> done;
     };
-    void workOnNext();
+    using Jobs = std::deque<Job>;
+    void start(Job job, Jobs& waiting, QThreadPool& pool);
+    void workOnNext(Jobs& waiting);
     void deliver();
 
     // Jobs change threads under this mutex of our own and not inside Qt, so that tools that watch
     // threads can follow them.
     std::mutex m_mutex;
-    std::deque<Job> m_waiting;
+    Jobs m_waiting;
+    Jobs m_waitingToEnd;
     std::vector<std::function<void()>> m_finished;
+    std::condition_variable m_hasFinished;
+    int m_owed{}; // deliveries of work that must not be lost; only for the main thread
     QThreadPool m_pool;
+    /// For what must not be lost: it never waits behind reading, which may take long or never end.
+    QThreadPool m_poolToEnd;
 };
 
 } // namespace quillmark

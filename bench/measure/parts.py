@@ -1,7 +1,10 @@
 """What the command lines of the benchmarks have in common."""
 
 import argparse
-from collections.abc import Iterable
+import tempfile
+from collections.abc import Callable, Iterable
+from pathlib import Path
+from typing import Any
 
 
 def add_arguments(parser: argparse.ArgumentParser, parts: Iterable[str], rounds: int) -> None:
@@ -22,3 +25,22 @@ def parse(parser: argparse.ArgumentParser, parts: Iterable[str]) -> argparse.Nam
             parser.error(f'there is no part "{part}"')
     arguments.parts = arguments.parts or list(parts)
     return arguments
+
+
+def run(
+    prog: str,
+    description: str | None,
+    parts: dict[str, Callable[[Any], None]],
+    make: Callable[[Path, int, Path], Any],
+    rounds: int,
+) -> None:
+    """The whole of a benchmark with one kind of programs: `make` gets their folder, the rounds and a
+    folder for scratch, and each part is called with what it makes."""
+    parser = argparse.ArgumentParser(description=description, prog=prog)
+    parser.add_argument("--programs", type=Path, required=True, help=argparse.SUPPRESS)
+    add_arguments(parser, parts, rounds)
+    arguments = parse(parser, parts)
+    with tempfile.TemporaryDirectory() as scratch:
+        bench = make(arguments.programs.resolve(), arguments.rounds, Path(scratch))
+        for part in arguments.parts:
+            parts[part](bench)

@@ -1,8 +1,6 @@
 """Times PDF reports and prints ratios beside their targets. Run by ../report.sh."""
 
-import argparse
 import subprocess
-import tempfile
 from pathlib import Path
 
 import parts
@@ -77,16 +75,5 @@ def without(costs: list[Cost], starts: list[Cost]) -> list[Cost]:
 PARTS = {"rows": Bench.rows, "growth": Bench.growth, "hostile": Bench.hostile}
 
 
-def main() -> None:
-    parser = argparse.ArgumentParser(description=__doc__, prog="bench/report.sh")
-    parser.add_argument("--programs", type=Path, required=True, help=argparse.SUPPRESS)
-    parts.add_arguments(parser, PARTS, rounds=5)
-    arguments = parts.parse(parser, PARTS)
-    with tempfile.TemporaryDirectory() as scratch:
-        bench = Bench(arguments.programs, arguments.rounds, Path(scratch))
-        for part in arguments.parts:
-            PARTS[part](bench)
-
-
 if __name__ == "__main__":
-    main()
+    parts.run("bench/report.sh", __doc__, PARTS, Bench, rounds=5)

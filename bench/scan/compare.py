@@ -26,13 +26,20 @@ class Bench:
         self._fonts = fonts
         self._cli = str(programs / "cli/quillmark-cli")
         self._floor = str(programs / "bench/bench_floor")
+        self._here = str(programs / "bench/bench_here")
         self._listing = str(programs / "bench/bench_listing")
         self._rounds = rounds
         self._scratch = scratch
 
-    def scan(self, folder: Path, title: str = "quillmark-cli", cores: int | None = None) -> Program:
+    def scan(
+        self,
+        folder: Path,
+        title: str = "quillmark-cli",
+        cores: int | None = None,
+        cli: str | None = None,
+    ) -> Program:
         output = self._scratch / "scan.json"
-        command = [self._cli, "scan", "--format", "json", "-o", str(output), str(folder)]
+        command = [cli or self._cli, "scan", "--format", "json", "-o", str(output), str(folder)]
         return Program(title, command, cores=cores, output=output)
 
     def two_scans(self, folder: Path) -> Program:
@@ -124,6 +131,20 @@ class Bench:
         # Cores that share a processor's parts give less than twice as much, whatever runs on them.
         limit = ratio(costs[two_scans.title], costs[one_core.title], lambda cost: cost.wall) / 2
         print_figure("the same of two scans that share nothing", limit)
+
+    def processes(self) -> None:
+        for title, folder in [
+            ("plain fonts", self._fonts.sfnt()),
+            ("with WOFF and WOFF2 among them", self._fonts.mixed()),
+        ]:
+            here = self.scan(folder, "in one process", cli=self._here)
+            costs = compare([self.scan(folder), here], self._rounds)
+            count = len(files(folder))
+            heading(f"Reading in processes of their own: {count} files, {title}")
+            print_costs(costs, count)
+            print_ratio(costs, here.title, 1.05)
+            wall = ratio(costs["quillmark-cli"], costs[here.title], lambda cost: cost.wall)
+            print_figure("wall time to in one process", wall, 1.05)
 
     def size_of_font(self) -> None:
         large = self._fonts.nearest_in_size(20_000_000, {".ttc", ".otc"})
@@ -224,6 +245,7 @@ PARTS = {
     "plain": Bench.plain_fonts,
     "web": Bench.web_fonts,
     "cores": Bench.cores,
+    "processes": Bench.processes,
     "size": Bench.size_of_font,
     "number": Bench.number_of_fonts,
     "memory": Bench.memory,

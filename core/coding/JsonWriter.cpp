@@ -116,8 +116,8 @@ std::string escaped(char32_t character)
 
 } // namespace
 
-JsonWriter::JsonWriter(std::string& output, std::size_t depth)
-    : m_output(output), m_outermost(depth)
+JsonWriter::JsonWriter(std::string& output, std::size_t depth, Layout layout)
+    : m_output(output), m_outermost(depth), m_layout(layout)
 {
     constexpr std::size_t usualLevels = 4; // below the outermost
     m_levels.reserve(depth + usualLevels);
@@ -214,13 +214,17 @@ void JsonWriter::startItem()
 {
     char* to = room(1);
     *to++ = ',';
-    if (!m_levels.back().empty) gathered(to);
+    if (!m_levels.back().empty) {
+        gathered(to);
+        if (m_layout == Layout::oneLine) put(" ");
+    }
     m_levels.back().empty = false;
     newLine();
 }
 
 void JsonWriter::newLine()
 {
+    if (m_layout == Layout::oneLine) return;
     // A line end and the usual indentation, which is written in one piece, whatever is needed of
     // it.
     constexpr auto lineStart = [] {

@@ -31,20 +31,27 @@ private:
     std::string_view m_text;
 };
 
-/// Appends JSON (RFC 8259, UTF-8), indented by two spaces, to a string that the caller owns and may
-/// drain between calls. Strings must be valid UTF-8; characters that could control a terminal on
-/// which the JSON is shown are escaped, all others stand as they are. Keys come out in the order of
-/// the calls; a caller that nests wrongly is caught by an assertion. What is written reaches the
-/// string in larger pieces, the last of them when the outermost value ends.
+/// Appends JSON (RFC 8259, UTF-8), usually indented by two spaces, to a string that the caller owns
+/// and may drain between calls. Strings must be valid UTF-8; characters that could control a
+/// terminal on which the JSON is shown are escaped, all others stand as they are. Keys come out in
+/// the order of the calls; a caller that nests wrongly is caught by an assertion. What is written
+/// reaches the string in larger pieces, the last of them when the outermost value ends.
 class JsonWriter {
 public:
-    explicit JsonWriter(std::string& output) : JsonWriter(output, 0) {}
+    /// How values are set: each member and item on a line of its own, or all on one line, in which
+    /// there is no line end then.
+    enum class Layout : std::uint8_t { indented, oneLine };
+
+    explicit JsonWriter(std::string& output, Layout layout = Layout::indented)
+        : JsonWriter(output, 0, layout)
+    {
+    }
 
     /// A writer of the items of an array that lies `depth` levels deep, itself counted. They can be
     /// written apart, by several threads, before a writer that is in such an array is given them.
     [[nodiscard]] static JsonWriter ofItems(std::string& output, std::size_t depth)
     {
-        return JsonWriter(output, depth);
+        return JsonWriter(output, depth, Layout::indented);
     }
     /// Puts in what such a writer has written.
     void items(std::string_view written);
@@ -76,7 +83,7 @@ private:
         bool empty{true};
     };
 
-    JsonWriter(std::string& output, std::size_t depth);
+    JsonWriter(std::string& output, std::size_t depth, Layout layout);
 
     void begin(Scope scope, char bracket);
     void end(Scope scope, char bracket);
@@ -94,6 +101,7 @@ private:
     std::string& m_output;
     std::vector<Level> m_levels;
     std::size_t m_outermost{}; // levels that are not this writer's own
+    Layout m_layout;
     bool m_afterKey{};
     // Most of what is written are pieces of a few characters: cheaper to gather than to append.
     std::array<char, 4096> m_gathered; // NOLINT(*-member-init): no more than is filled is read

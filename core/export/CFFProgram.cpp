@@ -4,8 +4,8 @@
 #include <array>
 #include <cstdint>
 #include <cstdlib>
-#include <functional>
-#include <numeric>
+#include <span>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -32,6 +32,8 @@ constexpr std::string_view registryOrderingSupplement{"\x0C\x1E", 2};
 constexpr std::string_view cidCount{"\x0C\x22", 2};
 constexpr std::string_view fontDictsAt{"\x0C\x24", 2};
 constexpr std::string_view fontDictSelectAt{"\x0C\x25", 2};
+
+constexpr int offsetSize = 4; // in an INDEX
 
 /// The number of the first string that is not one of the standard strings.
 constexpr int firstOwnString = 391;
@@ -74,25 +76,36 @@ void appendFixedSizeNumber(std::string& bytes, std::size_t value)
     appendBigEndian(bytes, value, 4);
 }
 
+/// The size of an INDEX of so many bytes.
+std::size_t indexSize(std::span<const std::size_t> ends)
+{
+    if (ends.empty()) return 2;
+    return 3 + (ends.size() + 1) * offsetSize + ends.back();
+}
+
+/// An INDEX, whose entries lie in `bytes` one behind the other.
+void appendIndex(std::string& program, std::string_view bytes, std::span<const std::size_t> ends)
+{
+    appendBigEndian(program, ends.size(), 2);
+    if (ends.empty()) return;
+    program += static_cast<char>(offsetSize);
+    appendBigEndian(program, 1, offsetSize);
+    for (const std::size_t end : ends)
+        appendBigEndian(program, end + 1, offsetSize);
+    program += bytes;
+}
+
 std::string index(std::span<const std::string> entries)
 {
     std::string bytes;
-    appendBigEndian(bytes, entries.size(), 2);
-    if (entries.empty()) return bytes;
-    constexpr int offsetSize = 4;
-    bytes.reserve(bytes.size() + 1 + (entries.size() + 1) * offsetSize +
-                  std::transform_reduce(entries.begin(), entries.end(), std::size_t{}, std::plus(),
-                                        [](const std::string& entry) { return entry.size(); }));
-    bytes += static_cast<char>(offsetSize);
-    std::size_t offset = 1;
-    appendBigEndian(bytes, offset, offsetSize);
+    std::vector<std::size_t> ends;
     for (const std::string& entry : entries) {
-        offset += entry.size();
-        appendBigEndian(bytes, offset, offsetSize);
-    }
-    for (const std::string& entry : entries)
         bytes += entry;
-    return bytes;
+        ends.push_back(bytes.size());
+    }
+    std::string written;
+    appendIndex(written, bytes, ends);
+    return written;
 }
 
 /// As std::lround does, which is called some million times for a font of ideographs.
@@ -187,11 +200,9 @@ std::string fontDict(std::size_t privateSize, std::size_t privateOffset)
 
 } // namespace
 
-CharString::CharString(double width)
+CharString::CharString(CharStrings& all, double width) : m_all(all)
 {
-    constexpr std::size_t usualSize = 256; // of an ideograph
-    m_bytes.reserve(usualSize);
-    appendNumber(m_bytes, rounded(width)); // the nominal width is 0
+    appendNumber(m_all.bytes, rounded(width)); // the nominal width is 0
 }
 
 char* CharString::step(char* to, int x, int y)
@@ -205,7 +216,7 @@ char* CharString::step(char* to, int x, int y)
 /// By size, for which a string has a shorter way than for a range.
 void CharString::append(const char* begin, const char* end)
 {
-    m_bytes.append(begin, static_cast<std::size_t>(end - begin));
+    m_all.bytes.append(begin, static_cast<std::size_t>(end - begin));
 }
 
 void CharString::moveTo(double x, double y)
@@ -245,15 +256,15 @@ void CharString::curveTo(double x1, double y1, double x2, double y2, double x, d
     append(bytes.data(), end);
 }
 
-std::string CharString::finish()
+void CharString::finish()
 {
-    m_bytes += endchar;
-    return std::move(m_bytes);
+    m_all.bytes += endchar;
+    m_all.ends.push_back(m_all.bytes.size());
 }
 
-std::string cffProgram(const CFFNames& names, std::span<const std::string> charStrings)
+std::string cffProgram(const CFFNames& names, const CharStrings& charStrings)
 {
-    const std::size_t glyphs = charStrings.size();
+    const std::size_t glyphs = charStrings.ends.size();
     const std::string header{'\1', '\0', '\4', '\4'};
     const std::string nameIndex = index(std::array{names.fontName});
     const TopDict topDict(names, glyphs);
@@ -261,7 +272,6 @@ std::string cffProgram(const CFFNames& names, std::span<const std::string> charS
     const std::string noSubroutines = index({});
     const std::string charsetBytes = identityCharset(glyphs);
     const std::string fontDictSelect = onlyFontDict(glyphs);
-    const std::string charStringIndex = index(charStrings);
     std::string privateDict;
     appendNumber(privateDict, 0);
     privateDict += defaultWidthX;
@@ -272,7 +282,7 @@ std::string cffProgram(const CFFNames& names, std::span<const std::string> charS
                       noSubroutines.size();
     offsets.fontDictSelect = offsets.charset + charsetBytes.size();
     offsets.charStrings = offsets.fontDictSelect + fontDictSelect.size();
-    offsets.fontDicts = offsets.charStrings + charStringIndex.size();
+    offsets.fontDicts = offsets.charStrings + indexSize(charStrings.ends);
     const std::size_t privateOffset = offsets.fontDicts + index(std::array{fontDict(0, 0)}).size();
 
     std::string program;
@@ -284,7 +294,7 @@ std::string cffProgram(const CFFNames& names, std::span<const std::string> charS
     program += noSubroutines;
     program += charsetBytes;
     program += fontDictSelect;
-    program += charStringIndex;
+    appendIndex(program, charStrings.bytes, charStrings.ends);
     program += index(std::array{fontDict(privateDict.size(), privateOffset)});
     program += privateDict;
     return program;

@@ -3,29 +3,35 @@
 #pragma once
 
 #include <cstddef>
-#include <span>
 #include <string>
-#include <string_view>
+#include <vector>
 
 namespace quillmark {
+
+/// Charstrings one behind the other: a font can have some ten thousand.
+struct CharStrings {
+    std::string bytes;
+    std::vector<std::size_t> ends; // of each, in bytes
+};
 
 /// One glyph's outline as a Type 2 charstring (Adobe Technical Note 5177). Coordinates are
 /// thousandths of an em; they are rounded where they stand, so that no error adds up.
 class CharString {
 public:
-    /// `width`: the glyph's advance.
-    explicit CharString(double width);
+    /// Appends to `all`, to which nothing else may be added until this one is finished. `width`:
+    /// the glyph's advance.
+    CharString(CharStrings& all, double width);
     void moveTo(double x, double y);
     void lineTo(double x, double y);
     void curveTo(double x1, double y1, double x2, double y2, double x, double y);
-    /// The charstring's bytes. Nothing may be drawn afterwards.
-    [[nodiscard]] std::string finish();
+    /// Nothing may be drawn afterwards.
+    void finish();
 
 private:
     char* step(char* to, int x, int y);
     void append(const char* begin, const char* end);
 
-    std::string m_bytes;
+    CharStrings& m_all;
     int m_x{};
     int m_y{};
 };
@@ -40,7 +46,6 @@ struct CFFNames {
 
 /// A CID-keyed program whose glyphs are `charStrings`, each under its position as CID; the first is
 /// the one for what is missing. There is at least one, and at most 65,535.
-[[nodiscard]] std::string cffProgram(const CFFNames& names,
-                                     std::span<const std::string> charStrings);
+[[nodiscard]] std::string cffProgram(const CFFNames& names, const CharStrings& charStrings);
 
 } // namespace quillmark

@@ -1,6 +1,7 @@
 #include "export/EmbeddedFont.h"
 
 #include "export/CFFProgram.h"
+#include "export/TrueTypeProgram.h"
 #include "fontfile/NameTable.h"
 #include "text/Utf8.h"
 
@@ -12,15 +13,19 @@
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
+#include FT_ADVANCES_H
 #include FT_OUTLINE_H
 #include FT_TRUETYPE_TABLES_H
-#include FT_TRUETYPE_TAGS_H
 
 namespace quillmark {
 namespace {
 
 /// Codes take two bytes, and the last is left out, as some readers do.
 constexpr std::size_t mostCodes = 65'535;
+
+/// To draw so many anew takes longer than to copy them from a TrueType font, together with what has
+/// to be copied for glyphs that are not shown.
+constexpr std::size_t leastCopiedGlyphs = 1000;
 
 /// Colours that are loaded at this size in pixels, and images that are not smaller than half of it,
 /// are good on paper.
@@ -149,12 +154,12 @@ std::string nameCharacters(std::string_view name)
 }
 
 /// Six capitals that differ where the glyphs differ (ISO 32000-1, 9.6.4).
-std::string subsetPrefix(const std::vector<std::string>& charStrings)
+std::string subsetPrefix(std::span<const unsigned> glyphs)
 {
     std::uint64_t hash = 0xCBF29CE484222325U; // FNV-1a
-    for (const std::string& charString : charStrings) {
-        for (const char byte : charString)
-            hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3U;
+    for (const unsigned glyph : glyphs) {
+        for (const unsigned byte : {glyph & 0xFFU, glyph >> 8U})
+            hash = (hash ^ byte) * 0x100000001B3U;
     }
     std::string prefix;
     for (int letter = 0; letter < 6; ++letter, hash /= 26)
@@ -204,6 +209,18 @@ std::string toUnicode(const std::vector<std::string>& texts)
     return map;
 }
 
+/// Each code's glyph, in two bytes.
+std::string glyphNumbers(std::span<const unsigned> glyphs)
+{
+    std::string bytes;
+    bytes.reserve(glyphs.size() * 2);
+    for (const unsigned glyph : glyphs) {
+        bytes += static_cast<char>(glyph >> 8U & 0xFFU);
+        bytes += static_cast<char>(glyph & 0xFFU);
+    }
+    return bytes;
+}
+
 std::string widths(const std::vector<double>& advances)
 {
     std::string entries = "/W[0";
@@ -237,21 +254,24 @@ public:
         return ::FT_Get_Char_Index(m_face, character);
     }
 
-    /// In thousandths of an em; the outline, where there is one, goes into `charString`.
-    double load(unsigned glyph, std::string& charString) const
+    /// In thousandths of an em.
+    [[nodiscard]] double advance(unsigned glyph) const
     {
+        FT_Fixed advance = 0;
+        if (!FT_IS_SCALABLE(m_face) || m_face->units_per_EM == 0 ||
+            ::FT_Get_Advance(m_face, glyph, FT_LOAD_NO_SCALE, &advance) != 0)
+            return bitmapAdvance(glyph);
+        return static_cast<double>(advance) * 1000 / m_face->units_per_EM;
+    }
+
+    /// Appends the outline, or an empty one where there is none.
+    void draw(unsigned glyph, double advance, CharStrings& charStrings) const
+    {
+        CharString drawn(charStrings, advance);
         constexpr auto outlines = FT_LOAD_NO_SCALE | FT_LOAD_NO_BITMAP;
-        double advance = 0;
-        if (m_face->units_per_EM == 0 || ::FT_Load_Glyph(m_face, glyph, outlines) != 0) {
-            advance = bitmapAdvance(glyph);
-            charString = CharString(advance).finish();
-            return advance;
-        }
-        const double scale = 1000.0 / m_face->units_per_EM;
-        advance = static_cast<double>(m_face->glyph->metrics.horiAdvance) * scale;
-        CharString drawn(advance);
-        if (m_face->glyph->format == FT_GLYPH_FORMAT_OUTLINE) {
-            Pen pen{drawn, scale};
+        if (m_face->units_per_EM != 0 && ::FT_Load_Glyph(m_face, glyph, outlines) == 0 &&
+            m_face->glyph->format == FT_GLYPH_FORMAT_OUTLINE) {
+            Pen pen{drawn, 1000.0 / m_face->units_per_EM};
             FT_Outline_Funcs functions{};
             functions.move_to = &Pen::move;
             functions.line_to = &Pen::line;
@@ -259,9 +279,22 @@ public:
             functions.cubic_to = &Pen::cubic;
             ::FT_Outline_Decompose(&m_face->glyph->outline, &functions, &pen);
         }
-        charString = drawn.finish();
-        return advance;
+        drawn.finish();
     }
+
+    /// Absent when the font is none of TrueType outlines, or a variable font's named instance.
+    [[nodiscard]] std::optional<std::string> trueTypeProgram(std::span<const unsigned> glyphs) const
+    {
+        if (m_face->face_index >> 16U != 0) return std::nullopt;
+        return quillmark::trueTypeProgram(
+            {[this](std::string_view tag) { return tableSize(tag); },
+             [this](std::string_view tag, std::size_t offset, std::span<char> into) {
+                 return readTable(tag, offset, into);
+             }},
+            glyphs);
+    }
+
+    [[nodiscard]] bool hasColors() const { return FT_HAS_COLOR(m_face); }
 
     [[nodiscard]] std::optional<GlyphImage> image(unsigned glyph) const
     {
@@ -292,7 +325,8 @@ public:
     [[nodiscard]] CFFNames names() const
     {
         CFFNames names;
-        const NameStrings strings = NameTable::strings(nameTable());
+        const std::string table = nameTable();
+        const NameStrings strings = NameTable::strings(std::as_bytes(std::span(table)));
         const auto text = [&strings](NameID id) {
             const auto found = strings.find(static_cast<std::uint16_t>(id));
             return found == strings.end() ? std::string() : asciiOnly(found->second);
@@ -384,17 +418,34 @@ private:
                m_face->size->metrics.x_ppem;
     }
 
-    [[nodiscard]] std::vector<std::byte> nameTable() const
+    static FT_ULong tableTag(std::string_view tag)
+    {
+        FT_ULong number = 0;
+        for (const char letter : tag)
+            number = number << 8U | static_cast<unsigned char>(letter);
+        return number;
+    }
+
+    [[nodiscard]] std::size_t tableSize(std::string_view tag) const
     {
         FT_ULong size = 0;
-        std::vector<std::byte> table;
-        if (::FT_Load_Sfnt_Table(m_face, TTAG_name, 0, nullptr, &size) != 0 ||
-            size > NameTable::maximumFileBytes)
-            return table;
-        table.resize(size);
-        if (::FT_Load_Sfnt_Table(m_face, TTAG_name, 0, reinterpret_cast<FT_Byte*>(table.data()),
-                                 &size) != 0)
-            table.clear();
+        return ::FT_Load_Sfnt_Table(m_face, tableTag(tag), 0, nullptr, &size) == 0 ? size : 0;
+    }
+
+    [[nodiscard]] bool readTable(std::string_view tag, std::size_t offset,
+                                 std::span<char> into) const
+    {
+        if (into.empty()) return true; // which would be all of the table
+        FT_ULong size = into.size();
+        return ::FT_Load_Sfnt_Table(m_face, tableTag(tag), static_cast<FT_Long>(offset),
+                                    reinterpret_cast<FT_Byte*>(into.data()), &size) == 0;
+    }
+
+    [[nodiscard]] std::string nameTable() const
+    {
+        const std::size_t size = tableSize("name");
+        std::string table(size <= NameTable::maximumFileBytes ? size : 0, '\0');
+        if (!readTable("name", 0, table)) table.clear();
         return table;
     }
 
@@ -443,10 +494,16 @@ GlyphCode EmbeddedFont::code(unsigned glyph, std::string_view text)
 GlyphCode EmbeddedFont::add(unsigned glyph, std::string_view text)
 {
     const auto added = static_cast<GlyphCode>(m_texts.size());
-    m_advances.push_back(m_face->load(glyph, m_charStrings.emplace_back()));
+    m_glyphs.push_back(glyph);
+    m_advances.push_back(m_face->advance(glyph));
     m_texts.emplace_back(text);
     m_codes.emplace(key(glyph, text), added);
     return added;
+}
+
+bool EmbeddedFont::hasColors() const
+{
+    return m_face->hasColors();
 }
 
 std::optional<GlyphImage> EmbeddedFont::image(unsigned glyph)
@@ -456,40 +513,63 @@ std::optional<GlyphImage> EmbeddedFont::image(unsigned glyph)
 
 void EmbeddedFont::write(PDFFile& file, PDFFile::Object object)
 {
-    CFFNames names = m_face->names();
-    names.fontName = subsetPrefix(m_charStrings) + m_face->postScriptName();
-    const std::string program = cffProgram(names, m_charStrings);
+    const std::string fontName = subsetPrefix(m_glyphs) + m_face->postScriptName();
     const PDFFile::Object descendant = file.reserve();
     const PDFFile::Object descriptor = file.reserve();
     const PDFFile::Object texts = file.reserve();
-    file.write(object, "<</Type/Font/Subtype/Type0/BaseFont/" + names.fontName +
+    const PDFFile::Object program = file.reserve();
+    file.write(object, "<</Type/Font/Subtype/Type0/BaseFont/" + fontName +
                            "/Encoding/Identity-H/DescendantFonts[" + reference(descendant) +
                            "]/ToUnicode " + reference(texts) + ">>");
-    file.write(descendant, "<</Type/Font/Subtype/CIDFontType0/BaseFont/" + names.fontName +
-                               "/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>"
-                               "/FontDescriptor " +
-                               reference(descriptor) + widths(m_advances) + ">>");
-    writeDescriptor(file, descriptor, names.fontName, program);
+    std::string entries = "<</Type/Font/BaseFont/" + fontName +
+                          "/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>"
+                          "/FontDescriptor " +
+                          reference(descriptor) + widths(m_advances);
+    const auto copied =
+        m_glyphs.size() < leastCopiedGlyphs ? std::nullopt : m_face->trueTypeProgram(m_glyphs);
+    if (copied) {
+        const PDFFile::Object numbers = file.reserve();
+        file.write(descendant,
+                   entries + "/Subtype/CIDFontType2/CIDToGIDMap " + reference(numbers) + ">>");
+        file.writeStream(numbers, {}, glyphNumbers(m_glyphs));
+        writeDescriptor(file, descriptor, fontName, program, "/FontFile2 ");
+        file.writeStream(program, "/Length1 " + std::to_string(copied->size()), *copied);
+    } else {
+        file.write(descendant, entries + "/Subtype/CIDFontType0>>");
+        writeDescriptor(file, descriptor, fontName, program, "/FontFile3 ");
+        file.writeStream(program, "/Subtype/CIDFontType0C", drawnProgram(fontName));
+    }
     file.writeStream(texts, {}, toUnicode(m_texts));
 }
 
+std::string EmbeddedFont::drawnProgram(const std::string& fontName) const
+{
+    constexpr std::size_t usualSize = 256; // of an ideograph
+    CharStrings charStrings;
+    charStrings.bytes.reserve(m_glyphs.size() * usualSize);
+    for (std::size_t code = 0; code < m_glyphs.size(); ++code)
+        m_face->draw(m_glyphs[code], m_advances[code], charStrings);
+    CFFNames names = m_face->names();
+    names.fontName = fontName;
+    return cffProgram(names, charStrings);
+}
+
 void EmbeddedFont::writeDescriptor(PDFFile& file, PDFFile::Object object,
-                                   const std::string& fontName, const std::string& program) const
+                                   const std::string& fontName, PDFFile::Object program,
+                                   std::string_view programEntry) const
 {
     const auto [left, bottom, right, top, ascent, descent] = m_face->metrics();
     constexpr int fixedPitch = 1;
     constexpr int symbolic = 4;
     const int flags = symbolic + (m_face->isFixedWidth() ? fixedPitch : 0);
-    const PDFFile::Object fontFile = file.reserve();
     std::string entries = "<</Type/FontDescriptor/FontName/" + fontName + "/Flags " +
                           std::to_string(flags) + "/FontBBox[";
     for (const long side : {left, bottom, right, top})
         entries += std::to_string(side) + ' ';
     entries += "]/ItalicAngle 0/Ascent " + std::to_string(ascent) + "/Descent " +
-               std::to_string(descent) + "/CapHeight " + std::to_string(ascent) +
-               "/StemV 80/FontFile3 " + reference(fontFile) + ">>";
-    file.write(object, entries);
-    file.writeStream(fontFile, "/Subtype/CIDFontType0C", program);
+               std::to_string(descent) + "/CapHeight " + std::to_string(ascent) + "/StemV 80";
+    entries += programEntry;
+    file.write(object, entries + reference(program) + ">>");
 }
 
 } // namespace quillmark

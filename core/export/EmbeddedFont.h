@@ -42,9 +42,14 @@ public:
     [[nodiscard]] std::optional<GlyphCode> code(char32_t character);
     /// The code of a glyph that stands for `text`, which may be empty. 0 when there are too many.
     [[nodiscard]] GlyphCode code(unsigned glyph, std::string_view text);
+    /// The longest text of a code, in bytes: a string in a CMap may have 512, and each byte here
+    /// takes two of them at most.
+    static constexpr std::size_t longestText = 255;
     /// In thousandths of an em.
     [[nodiscard]] double advance(GlyphCode code) const { return m_advances[code]; }
 
+    /// Whether glyphs of the font can have colours.
+    [[nodiscard]] bool hasColors() const;
     /// The glyph as an image, when it has colours.
     [[nodiscard]] std::optional<GlyphImage> image(unsigned glyph);
 
@@ -56,13 +61,14 @@ private:
 
     explicit EmbeddedFont(std::unique_ptr<Face> face);
     GlyphCode add(unsigned glyph, std::string_view text);
+    [[nodiscard]] std::string drawnProgram(const std::string& fontName) const;
     void writeDescriptor(PDFFile& file, PDFFile::Object object, const std::string& fontName,
-                         const std::string& program) const;
+                         PDFFile::Object program, std::string_view programEntry) const;
 
     std::unique_ptr<Face> m_face;
     std::vector<std::optional<GlyphCode>> m_simple;     // by character, when they were asked for
     std::unordered_map<std::string, GlyphCode> m_codes; // by glyph and text
-    std::vector<std::string> m_charStrings;             // by code, as all below
+    std::vector<unsigned> m_glyphs;                     // by code, as all below
     std::vector<double> m_advances;
     std::vector<std::string> m_texts;
 };

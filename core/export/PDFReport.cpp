@@ -55,8 +55,8 @@ std::optional<std::vector<std::byte>> pdfReport(std::string_view title, std::str
     ReportPages pages(ReportFonts::load(setting.fontFolder, setting.diagnostic),
                       setting.diagnostic);
     if (!pages.isReady()) return std::nullopt;
-    const auto heading =
-        ReportText::heading(title, subtitle, dateText(date), AuditSummary::of(rows));
+    const auto checked = dateText(std::chrono::floor<std::chrono::seconds>(date));
+    const auto heading = ReportText::heading(title, subtitle, checked, AuditSummary::of(rows));
     pages.add(heading, heading.size() - 1);
     for (const AuditRow& row : rows) {
         pages.addOutlineEntry(row.assessment.verdict, outlineTitle(row));

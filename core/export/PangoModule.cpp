@@ -3,12 +3,18 @@
 // than all the rest of starting takes.
 
 #include "export/ScriptModule.h"
+#include "fontfile/EmbeddingRights.h"
+#include "fontfile/OS2Info.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <map>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include <fontconfig/fontconfig.h>
@@ -27,6 +33,8 @@ struct Release {
     void operator()(PangoAttrList* attributes) const { ::pango_attr_list_unref(attributes); }
     void operator()(PangoItem* item) const { ::pango_item_free(item); }
     void operator()(PangoGlyphString* glyphs) const { ::pango_glyph_string_free(glyphs); }
+    void operator()(hb_blob_t* blob) const { ::hb_blob_destroy(blob); }
+    void operator()(hb_face_t* face) const { ::hb_face_destroy(face); }
     void operator()(void* object) const { ::g_object_unref(object); }
 };
 
@@ -50,16 +58,80 @@ void appendEscaped(std::string& xml, std::string_view text)
     }
 }
 
-void addFont(FcConfig* config, const Font& file, const char* family)
+const FcChar8* bytes(const char* text)
+{
+    return reinterpret_cast<const FcChar8*>(text);
+}
+
+/// A Font that keeps its path.
+struct Face {
+    std::string path;
+    int index{};
+
+    bool operator<(const Face& other) const
+    {
+        return std::tie(path, index) < std::tie(other.path, other.index);
+    }
+};
+
+void addFont(FcConfig* config, const Face& face, const char* family)
 {
     std::string rule = R"(<fontconfig><match target="scan"><test name="file"><string>)";
-    appendEscaped(rule, file.path);
+    appendEscaped(rule, face.path);
     rule += R"(</string></test><edit name="family" mode="assign"><string>)";
     rule += family;
     rule += "</string></edit></match></fontconfig>";
-    const auto bytes = [](const char* text) { return reinterpret_cast<const FcChar8*>(text); };
     ::FcConfigParseAndLoadFromMemory(config, bytes(rule.c_str()), FcFalse);
-    ::FcConfigAppFontAddFile(config, bytes(file.path));
+    ::FcConfigAppFontAddFile(config, bytes(face.path.c_str()));
+}
+
+std::size_t position(int index)
+{
+    return static_cast<std::size_t>(std::max(index, 0));
+}
+
+/// The file that a pattern names; null when it names none.
+const char* filePath(const FcPattern* pattern, int& index)
+{
+    FcChar8* path = nullptr;
+    if (pattern == nullptr || ::FcPatternGetString(pattern, FC_FILE, 0, &path) != FcResultMatch ||
+        ::FcPatternGetInteger(pattern, FC_INDEX, 0, &index) != FcResultMatch)
+        return nullptr;
+    return reinterpret_cast<const char*>(path);
+}
+
+/// Whether a font's own bits let outlines of some of its glyphs go into a document. Those who get a
+/// report get what is in it, so a font that forbids this is as good as not installed.
+bool mayEmbed(hb_face_t* face)
+{
+    const Owned<hb_blob_t> table(::hb_face_reference_table(face, HB_TAG('O', 'S', '/', '2')));
+    unsigned size = 0;
+    const char* const data = ::hb_blob_get_data(table.get(), &size);
+    const auto info = OS2Info::read(std::as_bytes(std::span(data, size)));
+    if (!info) return true;
+    const EmbeddingRights rights{info->fsType};
+    return rights.level() != EmbeddingRights::Level::restricted && !rights.noSubsetting() &&
+           !rights.bitmapOnly();
+}
+
+/// The files among a configuration's fonts of which some face must not be embedded.
+std::vector<std::string> filesNotToEmbed(FcConfig* config)
+{
+    std::vector<std::string> found;
+    const FcFontSet* const fonts = ::FcConfigGetFonts(config, FcSetSystem);
+    if (fonts == nullptr) return found;
+    for (const FcPattern* pattern : std::span(fonts->fonts, position(fonts->nfont))) {
+        int index = 0;
+        const char* const path = filePath(pattern, index);
+        if (path == nullptr) continue;
+        const Owned<hb_blob_t> file(::hb_blob_create_from_file(path));
+        constexpr unsigned faceBits =
+            0xFFFF; // above them, the number of a variable font's instance
+        const Owned<hb_face_t> face(
+            ::hb_face_create(file.get(), static_cast<unsigned>(index) & faceBits));
+        if (!mayEmbed(face.get())) found.emplace_back(path);
+    }
+    return found;
 }
 
 void substitute(FcPattern* pattern, gpointer /*data*/)
@@ -72,27 +144,33 @@ void substitute(FcPattern* pattern, gpointer /*data*/)
     ::FcPatternAddBool(pattern, FC_VARIABLE, FcFalse);
 }
 
+/// The unified ideographs of the basic plane: one glyph each, whatever stands beside them, but for
+/// variation selectors behind them.
+bool isIdeograph(gunichar character)
+{
+    return (character >= 0x4E00 && character <= 0x9FFF) ||
+           (character >= 0x3400 && character <= 0x4DBF);
+}
+
+/// The character behind the one at `at`.
+const char* after(const char* at)
+{
+    return at + ::g_utf8_skip[static_cast<unsigned char>(*at)];
+}
+
 double points(int pangoUnits)
 {
     return static_cast<double>(pangoUnits) / PANGO_SCALE;
 }
 
-std::size_t position(int index)
-{
-    return static_cast<std::size_t>(std::max(index, 0));
-}
-
 class Layout {
 public:
     Layout(const Font& regular, const Font& bold)
-        : m_config(::FcInitLoadConfigAndFonts()), m_map(::pango_ft2_font_map_new())
+        : m_regular{regular.path, regular.index}, m_bold{bold.path, bold.index},
+          m_map(::pango_ft2_font_map_new())
     {
-        if (m_config) {
-            addFont(m_config.get(), regular, regularFamily);
-            addFont(m_config.get(), bold, boldFamily);
-        }
         auto* const map = PANGO_FC_FONT_MAP(m_map.get());
-        ::pango_fc_font_map_set_config(map, m_config.get());
+        findFonts({});
         ::pango_fc_font_map_set_default_substitute(map, &substitute, nullptr, nullptr);
         ::pango_ft2_font_map_set_resolution(PANGO_FT2_FONT_MAP(map), 72, 72);
         m_context.reset(::pango_font_map_create_context(m_map.get()));
@@ -110,13 +188,19 @@ public:
 
     /// Lines are broken here and not by Pango, which shapes what is left of a text again for each
     /// line: ten times as much work where words are long.
-    void lines(const Request& request, const Receiver& receiver) const
+    void lines(const Request& request, const Receiver& receiver)
     {
         const auto runs = std::span(request.runs, request.runCount);
         std::string text;
         for (const Run& run : runs)
             text.append(run.text, run.size);
-        const Shaped shaped = shape(text, fonts(runs, request.size).get());
+        Shaped shaped = shape(text, runs, request.size);
+        if (!shaped.mayEmbed && !m_isSifted) {
+            // Once for all of them, and only where one is wanted: it looks into every font.
+            m_isSifted = true;
+            findFonts(filesNotToEmbed(m_config.get()));
+            shaped = shape(text, runs, request.size);
+        }
         double indent = request.indent;
         for (std::size_t first = 0; first < shaped.clusters.size();) {
             const auto rest = std::span(shaped.clusters).subspan(first);
@@ -152,12 +236,36 @@ private:
         Break before{Break::never}; // whether a line may end before it
     };
 
+    using Items = std::vector<Owned<PangoItem>>;
+
     struct Shaped {
         std::vector<Item> items;
-        std::vector<Owned<PangoItem>> pangoItems; // which keep the files' paths
-        std::vector<Cluster> clusters;            // in the order of the text
-        std::vector<PangoGlyphInfo> glyphs;       // those of an item from left to right
+        Items pangoItems;                   // which keep the files' paths
+        std::vector<Cluster> clusters;      // in the order of the text
+        std::vector<PangoGlyphInfo> glyphs; // those of an item from left to right
+        bool mayEmbed{true};                // all that is in `items`
     };
+
+    /// Takes the system's fonts but for those in `rejected`, and the report's own.
+    void findFonts(const std::vector<std::string>& rejected)
+    {
+        Owned<FcConfig> config(::FcInitLoadConfig());
+        if (config) {
+            std::string rule = "<fontconfig><selectfont><rejectfont>";
+            for (const std::string& path : rejected) {
+                rule += "<glob>";
+                appendEscaped(rule, path);
+                rule += "</glob>";
+            }
+            rule += "</rejectfont></selectfont></fontconfig>";
+            ::FcConfigParseAndLoadFromMemory(config.get(), bytes(rule.c_str()), FcFalse);
+            ::FcConfigBuildFonts(config.get());
+            addFont(config.get(), m_regular, regularFamily);
+            addFont(config.get(), m_bold, boldFamily);
+        }
+        ::pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(m_map.get()), config.get());
+        m_config = std::move(config);
+    }
 
     static Owned<PangoAttrList> fonts(std::span<const Run> runs, double size)
     {
@@ -180,17 +288,85 @@ private:
         return attributes;
     }
 
-    [[nodiscard]] Shaped shape(const std::string& text, PangoAttrList* fonts) const
+    /// Finds fonts and directions. Pango looks for a font for each character by itself, through all
+    /// fonts until one has it: a third of the work for texts of many different ideographs. So
+    /// stretches of those are taken out, which can be done because they turn no reading order.
+    [[nodiscard]] Items itemize(const std::string& text, std::span<const Run> runs,
+                                PangoAttrList* fonts) const
+    {
+        Items items;
+        const char* const start = text.data();
+        const char* pending = start; // the first one without an item
+        const char* at = start;
+        const char* runEnd = start;
+        for (const Run& run : runs) {
+            runEnd += run.size;
+            while (at < runEnd) {
+                const char* last = at; // of the stretch
+                const char* end = at;
+                while (end < runEnd && isIdeograph(::g_utf8_get_char(end)))
+                    last = std::exchange(end, after(end));
+                if (last > at && isLong(at, last)) {
+                    appendItems(items, text, pending, at, fonts);
+                    // The last one is Pango's, together with what follows it.
+                    pending = appendIdeographs(items, text, at, last, fonts);
+                }
+                at = end < runEnd ? after(end) : runEnd;
+            }
+        }
+        appendItems(items, text, pending, start + text.size(), fonts);
+        return items;
+    }
+
+    /// Whether it saves time to treat so many characters by themselves.
+    static bool isLong(const char* begin, const char* end)
+    {
+        constexpr std::ptrdiff_t leastBytes = 48; // three for each ideograph
+        return end - begin >= leastBytes;
+    }
+
+    void appendItems(Items& items, const std::string& text, const char* begin, const char* end,
+                     PangoAttrList* fonts) const
+    {
+        if (begin == end) return;
+        // Each line starts at the left, whatever script it starts with.
+        GList* const found = ::pango_itemize_with_base_dir(
+            m_context.get(), PANGO_DIRECTION_LTR, text.data(),
+            static_cast<int>(begin - text.data()), static_cast<int>(end - begin), fonts, nullptr);
+        for (const GList* node = found; node != nullptr; node = node->next)
+            items.emplace_back(static_cast<PangoItem*>(node->data));
+        ::g_list_free(found);
+    }
+
+    /// Sets ideographs in the font that Pango finds for the first of them, and where that has not
+    /// all, in the one for the first that it has not. Returns where this was not worth going on.
+    const char* appendIdeographs(Items& items, const std::string& text, const char* begin,
+                                 const char* end, PangoAttrList* fonts) const
+    {
+        while (isLong(begin, end)) {
+            const char* next = after(begin);
+            appendItems(items, text, begin, next, fonts);
+            PangoItem& item = *items.back();
+            hb_font_t* const font = item.analysis.font == nullptr
+                                        ? nullptr
+                                        : ::pango_font_get_hb_font(item.analysis.font);
+            hb_codepoint_t glyph = 0;
+            while (font != nullptr && next < end &&
+                   ::hb_font_get_nominal_glyph(font, ::g_utf8_get_char(next), &glyph) != 0) {
+                next = after(next);
+                ++item.num_chars;
+            }
+            item.length = static_cast<int>(next - begin);
+            if (!isLong(begin, std::exchange(begin, next))) break;
+        }
+        return begin;
+    }
+
+    [[nodiscard]] Shaped shape(const std::string& text, std::span<const Run> runs, double fontSize)
     {
         const int size = static_cast<int>(text.size());
-        // Each line starts at the left, whatever script it starts with.
-        GList* const items = ::pango_itemize_with_base_dir(m_context.get(), PANGO_DIRECTION_LTR,
-                                                           text.data(), 0, size, fonts, nullptr);
         Shaped shaped;
-        for (const GList* node = items; node != nullptr; node = node->next)
-            shaped.pangoItems.emplace_back(static_cast<PangoItem*>(node->data));
-        ::g_list_free(items);
-
+        shaped.pangoItems = itemize(text, runs, fonts(runs, fontSize).get());
         std::vector<PangoLogAttr> breaks(
             position(static_cast<int>(::g_utf8_strlen(text.data(), size))) + 1);
         ::pango_get_log_attrs(text.data(), size, -1, ::pango_language_get_default(), breaks.data(),
@@ -208,10 +384,14 @@ private:
         return shaped;
     }
 
-    static void addItem(Shaped& shaped, const PangoItem* item, const PangoGlyphString* glyphs)
+    void addItem(Shaped& shaped, const PangoItem* item, const PangoGlyphString* glyphs)
     {
         Item& added = shaped.items.emplace_back();
         added.isKnown = findFile(item->analysis.font, added.file);
+        if (added.isKnown && !mayEmbed(item->analysis.font, added.file)) {
+            added.isKnown = false;
+            shaped.mayEmbed = false;
+        }
         added.level = item->analysis.level;
         if (glyphs->num_glyphs == 0) return;
         PangoRectangle logical{};
@@ -350,18 +530,27 @@ private:
 
     static bool findFile(PangoFont* font, Font& file)
     {
-        FcPattern* const pattern =
-            font == nullptr ? nullptr : ::pango_fc_font_get_pattern(PANGO_FC_FONT(font));
-        FcChar8* path = nullptr;
-        if (pattern == nullptr || ::FcPatternGetString(pattern, FC_FILE, 0, &path) != FcResultMatch)
-            return false;
-        file.path = reinterpret_cast<const char*>(path);
-        return ::FcPatternGetInteger(pattern, FC_INDEX, 0, &file.index) == FcResultMatch;
+        if (font == nullptr) return false;
+        file.path = filePath(::pango_fc_font_get_pattern(PANGO_FC_FONT(font)), file.index);
+        return file.path != nullptr;
     }
 
+    bool mayEmbed(PangoFont* font, const Font& file)
+    {
+        const auto [known, isNew] = m_mayEmbed.try_emplace(Face{file.path, file.index});
+        if (isNew)
+            known->second =
+                ScriptModule::mayEmbed(::hb_font_get_face(::pango_font_get_hb_font(font)));
+        return known->second;
+    }
+
+    Face m_regular;
+    Face m_bold;
     Owned<FcConfig> m_config;
     Owned<PangoFontMap> m_map;
     Owned<PangoContext> m_context;
+    std::map<Face, bool> m_mayEmbed;
+    bool m_isSifted{}; // of the fonts that must not be embedded
 };
 
 void* create(const Font* regular, const Font* bold)
@@ -376,7 +565,7 @@ void destroy(void* layout)
 
 void lines(void* layout, const Request* request, const Receiver* receiver)
 {
-    static_cast<const Layout*>(layout)->lines(*request, *receiver);
+    static_cast<Layout*>(layout)->lines(*request, *receiver);
 }
 
 constexpr Functions functions{&create, &destroy, &lines};

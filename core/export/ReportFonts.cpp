@@ -1,6 +1,6 @@
 #include "export/ReportFonts.h"
 
-#include "export/ProgramFiles.h"
+#include "files/ProgramFiles.h"
 
 #include <memory>
 #include <system_error>
@@ -51,17 +51,23 @@ FontFile load(const std::filesystem::path& path, bool bold, const Diagnostic& di
 {
     std::error_code error;
     if (std::filesystem::is_regular_file(path, error) && holdsFont(path)) return {path.string(), 0};
+    FontFile courier = systemCourier(bold);
     diagnostic("Quillmark report font: " + path.filename().string() +
-               " is missing or cannot be read; Courier stands in for it.");
-    return systemCourier(bold);
+               " is missing or cannot be read; " +
+               (courier.path.empty() ? "there is no other font to stand in for it."
+                                     : "Courier stands in for it."));
+    return courier;
 }
 
 } // namespace
 
 ReportFonts ReportFonts::load(const std::filesystem::path& folder, const Diagnostic& diagnostic)
 {
-    return {quillmark::load(folder / "CourierPrime-Regular.ttf", false, diagnostic),
-            quillmark::load(folder / "CourierPrime-Bold.ttf", true, diagnostic)};
+    ReportFonts fonts{quillmark::load(folder / "CourierPrime-Regular.ttf", false, diagnostic),
+                      quillmark::load(folder / "CourierPrime-Bold.ttf", true, diagnostic)};
+    if (fonts.regular.path.empty()) fonts.regular = fonts.bold;
+    if (fonts.bold.path.empty()) fonts.bold = fonts.regular;
+    return fonts;
 }
 
 std::filesystem::path reportFontFolder()

@@ -25,7 +25,8 @@ struct ReportFonts {
 
     /// Courier Prime from `folder`. What is missing there, or cannot be read, is replaced by the
     /// system's "Courier" and told to `diagnostic`, in a line that starts "Quillmark report font:
-    /// ".
+    /// ". On a system without fonts one face stands in for the other; both have empty paths when
+    /// there is neither.
     [[nodiscard]] static ReportFonts load(const std::filesystem::path& folder,
                                           const Diagnostic& diagnostic);
 };

@@ -274,10 +274,10 @@ std::optional<PDFFile::Object> ReportPages::writeOutline()
         for (std::size_t entry = 0; entry < entries.size(); ++entry)
             objects.push_back(m_file.reserve());
         const std::string count = std::to_string(entries.size());
-        std::string group = "<</Title" +
-                            textString(std::string(label(verdicts[index])) + " (" + count + ")") +
-                            "/Parent " + reference(root) + "/First " + reference(objects.front()) +
-                            "/Last " + reference(objects.back()) + "/Count -" + count;
+        const std::string title = std::string(label(verdicts[index])).append(" (" + count + ")");
+        std::string group = "<</Title" + textString(title) + "/Parent " + reference(root) +
+                            "/First " + reference(objects.front()) + "/Last " +
+                            reference(objects.back()) + "/Count -" + count;
         if (index > 0) group += "/Prev " + reference(groups[index - 1]);
         if (index + 1 < groups.size()) group += "/Next " + reference(groups[index + 1]);
         m_file.write(groups[index], group + ">>");

@@ -35,7 +35,7 @@ namespace ReportText {
 namespace {
 
 constexpr double bodyLeading = 11.25;
-constexpr double nameLeading = 12;
+constexpr double emphasisLeading = 12;
 constexpr double titleLeading = 20;
 
 constexpr std::size_t detailHang = 4; // under a reason's first word
@@ -140,17 +140,13 @@ Paragraph summaryLine(const AuditSummary& summary)
         return TextRun{std::move(text), Weight::bold, ink(verdict)};
     };
     const int all = summary.restricted + summary.unknown + summary.likelyOK;
-    Paragraph line = emptyLine();
-    line.runs = {
-        {std::to_string(all) + " fonts: "},
-        count(summary.restricted, " restricted", Verdict::restricted),
-        {", "},
-        count(summary.unknown, " unknown", Verdict::unknown),
-        {", "},
-        count(summary.likelyOK, " likely OK", Verdict::likelyOK),
-        {"."},
-    };
-    return line;
+    const auto plain = [](std::string text) { return TextRun{std::move(text), Weight::bold}; };
+    return {.runs = {plain(std::to_string(all) + " fonts: "),
+                     count(summary.restricted, " restricted", Verdict::restricted), plain(", "),
+                     count(summary.unknown, " unknown", Verdict::unknown), plain(", "),
+                     count(summary.likelyOK, " likely OK", Verdict::likelyOK), plain(".")},
+            .size = emphasisSize,
+            .leading = emphasisLeading};
 }
 
 } // namespace
@@ -187,8 +183,8 @@ std::vector<Paragraph> block(const AuditRow& row, const LicenseNote* note)
     paragraphs.push_back(
         {.runs = {{printable(row.facts.displayName()), Weight::bold, Ink::black},
                   {"  [" + std::string(label(verdict)) + "]", Weight::bold, ink(verdict)}},
-         .size = nameSize,
-         .leading = nameLeading});
+         .size = emphasisSize,
+         .leading = emphasisLeading});
     paragraphs.push_back(paragraph(row.assessment.headline, Ink::black));
     for (const std::string& reason : row.assessment.reasons)
         paragraphs.push_back(paragraph("  - " + reason, Ink::black, detailHang));

@@ -47,8 +47,10 @@ struct Paragraph {
 
 namespace ReportText {
 
+// In points. Those of emphasised lines and of the title are set in the bold face and nothing else
+// is.
 inline constexpr double bodySize = 9;
-inline constexpr double nameSize = 9.5;
+inline constexpr double emphasisSize = 9.5;
 inline constexpr double titleSize = 16;
 inline constexpr double footerSize = 7.5;
 

@@ -1,6 +1,6 @@
 #include "export/ScriptLayout.h"
 
-#include "export/ProgramFiles.h"
+#include "files/ProgramFiles.h"
 
 #include <algorithm>
 
@@ -13,7 +13,7 @@ namespace {
 /// beneath Pango do not bear being unloaded.
 const ScriptModule::Functions* load()
 {
-    const auto path = besideProgram("lib/quillmark/quillmark-scripts.so");
+    const auto path = besideProgram("lib/quillmark/modules/quillmark-scripts.so");
     void* const module = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (module == nullptr) return nullptr;
     const auto entry =

@@ -11,8 +11,6 @@ namespace {
 
 /// What Pango makes of a text takes some hundred times its size in memory.
 constexpr std::size_t mostPieceCharacters = 2000;
-/// How far before that a blank is looked for, to break at.
-constexpr std::size_t pieceSlack = 200;
 
 /// Coloured glyphs of one report; each takes a millisecond and some kilobytes. More leave a gap on
 /// paper and are still found as text.
@@ -95,19 +93,13 @@ Paragraph part(const Paragraph& paragraph, std::size_t start, std::size_t end)
     return piece;
 }
 
-/// The end of the piece that starts at `start`: behind its last blank if that is near, else behind
-/// as many characters as a piece may have.
+/// The end of the longest piece that starts at `start`.
 std::size_t pieceEnd(std::string_view text, std::size_t start)
 {
     std::size_t end = start;
-    std::size_t afterBlank = start;
-    std::size_t count = 0;
-    for (; end < text.size() && count < mostPieceCharacters; ++count) {
-        const bool isBlank = text[end] == ' ';
+    for (std::size_t count = 0; end < text.size() && count < mostPieceCharacters; ++count)
         end += Utf8::first(text.substr(end)).length;
-        if (isBlank && count + pieceSlack >= mostPieceCharacters) afterBlank = end;
-    }
-    return end < text.size() && afterBlank > start ? afterBlank : end;
+    return end;
 }
 
 } // namespace
@@ -119,7 +111,11 @@ TextSetter::TextSetter(const ReportFonts& fonts, double width, Diagnostic diagno
         m_fontFiles.push_back(file);
         m_fonts.push_back(EmbeddedFont::open(file));
     }
-    m_isReady = m_fonts[regularFont] && m_fonts[boldFont];
+}
+
+bool TextSetter::isReady() const
+{
+    return m_fonts[regularFont] && m_fonts[boldFont];
 }
 
 std::vector<Line> TextSetter::lines(const Paragraph& paragraph)
@@ -222,6 +218,7 @@ Line TextSetter::lineOf(const Paragraph& paragraph, std::size_t first, std::size
                         double x) const
 {
     Line line = emptyLine(paragraph);
+    if (first < m_characters.size()) line.start = m_characters[first].start;
     const TextRun* run = nullptr;
     for (const Character& character : std::span(m_characters).subspan(first, last - first)) {
         const TextRun& own = paragraph.runs[character.run];
@@ -242,8 +239,12 @@ void TextSetter::setPieces(const Paragraph& paragraph, std::vector<Line>& lines)
     const std::string text = paragraph.text();
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = pieceEnd(text, start);
+        const std::size_t before = lines.size();
         setPiece(part(paragraph, start, end), lines);
-        start = end;
+        // Its last line is set again, with what belongs on the same line behind it.
+        const bool isCut = end < text.size() && lines.size() > before + 1;
+        start = isCut ? start + lines.back().start : end;
+        if (isCut) lines.pop_back();
     }
 }
 
@@ -277,6 +278,8 @@ Line TextSetter::lineOf(const Paragraph& paragraph, const std::string& text,
         std::clamp(scripts.descent, line.height - line.ascent, 1.2 * paragraph.size);
     line.ascent = ascent;
     line.height = ascent + descent;
+    const auto foremost = std::ranges::min_element(scripts.clusters, {}, &ScriptCluster::start);
+    if (foremost != scripts.clusters.end()) line.start = foremost->start;
     for (const ScriptCluster& cluster : scripts.clusters) {
         if (cluster.glyphs.empty()) continue;
         const TextRun& run = runAt(paragraph, cluster.start);
@@ -296,11 +299,12 @@ void TextSetter::place(Line& line, const ScriptCluster& cluster, std::string_vie
     const std::size_t index = fontFor(cluster.font, weight);
     EmbeddedFont& font = *m_fonts[index];
     const bool isKnown = m_fontFiles[index] == (cluster.font ? *cluster.font : FontFile{});
-    const bool isAlone = cluster.glyphs.size() == 1;
+    const bool isShort = text.size() <= EmbeddedFont::longestText;
+    const bool isAlone = cluster.glyphs.size() == 1 && isShort;
     for (const ScriptCluster::Glyph& glyph : cluster.glyphs) {
         const bool isFirst = &glyph == &cluster.glyphs.front();
         const unsigned number = isKnown ? glyph.glyph : 0;
-        const GlyphCode code = font.code(number, isFirst ? text : std::string_view());
+        const GlyphCode code = font.code(number, isFirst && isShort ? text : std::string_view());
         const GlyphRun* const before = line.runs.empty() ? nullptr : &line.runs.back();
         const bool follows = isAlone && before && before->font == index && before->ink == ink &&
                              before->text.empty() && !before->continues &&
@@ -338,6 +342,7 @@ std::size_t TextSetter::fontFor(const FontFile* file, Weight weight)
 
 std::optional<std::size_t> TextSetter::imageOf(std::size_t font, unsigned glyph)
 {
+    if (!m_fonts[font]->hasColors()) return std::nullopt;
     const auto [known, isNew] = m_imageOfGlyph.try_emplace(std::pair(font, glyph));
     if (!isNew || m_images.size() >= mostImages) return known->second;
     if (auto image = m_fonts[font]->image(glyph)) {

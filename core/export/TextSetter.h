@@ -49,6 +49,7 @@ struct Line {
     double size{};                // of the type
     double ascent{};              // from the line's top to its base line
     double height{};              // from its top to the next line's
+    std::size_t start{};          // in bytes of the paragraph's text
     std::optional<Extent> link{}; // where the paragraph's link stands on this line
 };
 
@@ -58,7 +59,7 @@ public:
     TextSetter(const ReportFonts& fonts, double width, Diagnostic diagnostic);
 
     /// Whether both faces of the report could be opened. Nothing else may be asked if not.
-    [[nodiscard]] bool isReady() const { return m_isReady; }
+    [[nodiscard]] bool isReady() const;
 
     /// At least one line, if an empty one.
     [[nodiscard]] std::vector<Line> lines(const Paragraph& paragraph);
@@ -102,7 +103,6 @@ private:
     std::vector<GlyphImage> m_images;
     std::map<std::pair<std::size_t, unsigned>, std::optional<std::size_t>> m_imageOfGlyph;
     Characters m_characters; // of the paragraph at hand; kept for its space
-    bool m_isReady{};
 };
 
 } // namespace quillmark

@@ -1,6 +1,7 @@
 #include "library/FontFile.h"
 
 #include "library/FreeTypeFaces.h"
+#include "library/RegularFile.h"
 #include "library/SFNTFile.h"
 #include "library/WOFF.h"
 #include "library/WOFF2.h"
@@ -14,6 +15,16 @@ std::vector<PlatformFont> faces(const ByteSource& file, Faces which)
     if (WOFF::isOne(headed)) return WOFF::faces(headed, which);
     if (WOFF2::isOne(headed)) return WOFF2::faces(headed, which);
     return FreeTypeFaces::faces(file, which);
+}
+
+std::vector<PlatformFont> faces(const std::string& path, Faces which)
+{
+    const auto file = RegularFile::open(path);
+    if (!file) return {};
+    std::vector<PlatformFont> found = faces(*file, which);
+    for (PlatformFont& face : found)
+        face.path = path;
+    return found;
 }
 
 } // namespace quillmark::FontFile

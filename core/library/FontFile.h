@@ -4,6 +4,7 @@
 #include "library/ByteSource.h"
 #include "library/FontService.h"
 
+#include <string>
 #include <vector>
 
 namespace quillmark::FontFile {
@@ -11,5 +12,8 @@ namespace quillmark::FontFile {
 /// The faces in file order, without a path; none when the bytes are no font. May be called from any
 /// thread.
 [[nodiscard]] std::vector<PlatformFont> faces(const ByteSource& file, Faces which);
+
+/// The faces of the regular file at `path`, which they carry; none when it cannot be read.
+[[nodiscard]] std::vector<PlatformFont> faces(const std::string& path, Faces which);
 
 } // namespace quillmark::FontFile

@@ -159,28 +159,58 @@ std::vector<ListedFont> handOn(std::vector<FontFacts> faces, std::size_t group,
 /// The named instances of one file's variable fonts, by the fonts' PostScript names.
 using FileInstances = std::unordered_map<std::string, std::vector<VariationInstance>>;
 
-FileInstances instancesOf(const FontService& service, const std::string& file)
+/// Leaves the variable ones of a file's faces, with their instances in place of their tables.
+void settleInstances(std::vector<PlatformFont>& faces)
 {
-    FileInstances instances;
     std::size_t budget = NameTable::maximumFileBytes;
     std::size_t instancesLeft = Limits::instances;
-    for (PlatformFont& face : service.facesOf(file, Faces::variable)) {
-        if (!face.fvar) continue;
-        NameStrings names = face.name ? NameTable::strings(*face.name, budget) : NameStrings{};
-        auto ofFace = VariationInstances::read(*face.fvar, names);
-        if (ofFace.size() > instancesLeft) break;
-        instancesLeft -= ofFace.size();
-        names = completed(std::move(names), std::move(face.names));
-        instances.try_emplace(postScriptName(face, names), std::move(ofFace));
+    for (PlatformFont& face : faces) {
+        if (!face.settledInstances && face.fvar) {
+            NameStrings names = face.name ? NameTable::strings(*face.name, budget) : NameStrings{};
+            face.settledInstances = VariationInstances::read(*face.fvar, names);
+            names = completed(std::move(names), std::move(face.names));
+            face.postScriptName = postScriptName(face, names);
+        }
+        const std::size_t count = face.settledInstances ? face.settledInstances->size() : 0;
+        if (count > instancesLeft) {
+            instancesLeft = 0; // and none of the faces behind it has any
+            face.settledInstances.reset();
+        }
+        instancesLeft -= std::min(count, instancesLeft);
+        face.fvar.reset();
+        face.name.reset();
+        face.names = {};
     }
+    std::erase_if(faces, [](const PlatformFont& face) { return !face.settledInstances; });
+}
+
+FileInstances instancesOf(std::vector<PlatformFont> faces)
+{
+    settleInstances(faces);
+    FileInstances instances;
+    for (PlatformFont& face : faces)
+        instances.try_emplace(face.postScriptName, *std::move(face.settledInstances));
     return instances;
 }
 
+/// One record per face of a file.
+std::vector<FontFacts> factsOfFaces(std::vector<PlatformFont> faces, FontOrigin origin)
+{
+    std::vector<FontFacts> records;
+    records.reserve(faces.size());
+    std::size_t budget = NameTable::maximumFileBytes;
+    for (PlatformFont& face : faces) {
+        NameStrings names = takeNames(face, budget);
+        records.push_back(factsFromNames(std::move(names), face, origin));
+    }
+    return records;
+}
+
 /// The faces of a scanned file; those without a licence of their own get that of a file beside it.
-std::vector<FontFacts> scannedFaces(const FontService& service, const std::string& file,
+std::vector<FontFacts> scannedFaces(std::vector<PlatformFont> read,
                                     const LicenseFile::Candidates& beside)
 {
-    std::vector<FontFacts> faces = FontLibrary::readFile(service, file, FontOrigin::folder);
+    std::vector<FontFacts> faces = factsOfFaces(std::move(read), FontOrigin::folder);
     for (FontFacts& facts : faces) {
         if (!facts.licenseDescription && !facts.licenseURL && facts.filePath)
             facts = LicenseFile::attach(std::move(facts), beside);
@@ -228,18 +258,28 @@ void settleNames(PlatformFont& font, std::size_t& budget)
     font.settledNames = std::move(names);
 }
 
+void settle(std::vector<PlatformFont>& faces, Faces which)
+{
+    switch (which) {
+    case Faces::all: {
+        std::size_t budget = NameTable::maximumFileBytes;
+        for (PlatformFont& face : faces) {
+            face.settledNames = takeNames(face, budget);
+            face.name.reset();
+            face.names = {};
+        }
+        break;
+    }
+    case Faces::variable:
+        settleInstances(faces);
+        break;
+    }
+}
+
 std::vector<FontFacts> readFile(const FontService& service, const std::string& file,
                                 FontOrigin origin)
 {
-    std::vector<PlatformFont> faces = service.facesOf(file, Faces::all);
-    std::vector<FontFacts> records;
-    records.reserve(faces.size());
-    std::size_t budget = NameTable::maximumFileBytes;
-    for (PlatformFont& face : faces) {
-        NameStrings names = takeNames(face, budget);
-        records.push_back(factsFromNames(std::move(names), face, origin));
-    }
-    return records;
+    return factsOfFaces(service.facesOf(file, Faces::all), origin);
 }
 
 std::vector<FontPlace> readInstalledFonts(const FontService& service, const Collator& order,
@@ -274,17 +314,21 @@ std::vector<FontPlace> readInstalledFonts(const FontService& service, const Coll
 std::vector<FontPlace> readFolder(const FontService& service, const Collator& order,
                                   const std::filesystem::path& folder, FontSink& sink)
 {
-    const FolderContents contents = walkFolder(folder);
+    FolderContents contents = walkFolder(folder);
+    std::vector<std::string> files;
+    files.reserve(contents.fonts.size());
+    for (auto& font : contents.fonts)
+        files.push_back(std::move(font.path));
     std::vector<LicenseFile::Candidates> candidates;
     candidates.reserve(contents.licenseCandidates.size());
-    for (const auto& files : contents.licenseCandidates)
-        candidates.emplace_back(files);
+    for (const auto& ofFolder : contents.licenseCandidates)
+        candidates.emplace_back(ofFolder);
 
-    std::vector<std::vector<ListedFont>> listed(contents.fonts.size());
-    sink.begin(contents.fonts.size());
-    forEachIndex(contents.fonts.size(), [&](std::size_t i) {
-        const auto& [path, parent] = contents.fonts[i];
-        listed[i] = handOn(scannedFaces(service, path, candidates[parent]), i, sink);
+    std::vector<std::vector<ListedFont>> listed(files.size());
+    sink.begin(files.size());
+    service.facesOfEach(files, Faces::all, [&](std::size_t i, std::vector<PlatformFont>&& faces) {
+        const auto& licenses = candidates[contents.fonts[i].folder];
+        listed[i] = handOn(scannedFaces(std::move(faces), licenses), i, sink);
     });
     return sorted(listed, order);
 }
@@ -310,7 +354,7 @@ std::vector<FontFacts> scanFile(const FontService& service, const Collator& orde
     MadeOfFonts fonts(asTheyAre);
     fonts.begin(1);
     const std::vector<std::vector<ListedFont>> listed{
-        handOn(scannedFaces(service, file.native(), beside), 0, fonts)};
+        handOn(scannedFaces(service.facesOf(file.native(), Faces::all), beside), 0, fonts)};
     return fonts.itemsAt(sorted(listed, order));
 }
 
@@ -332,8 +376,10 @@ std::vector<FontFacts> namedInstances(const FontService& service, std::span<cons
             files.push_back(*font.filePath);
     }
     std::vector<FileInstances> instances(files.size());
-    forEachIndex(files.size(),
-                 [&](std::size_t i) { instances[i] = instancesOf(service, files[i]); });
+    service.facesOfEach(files, Faces::variable,
+                        [&](std::size_t i, std::vector<PlatformFont>&& faces) {
+                            instances[i] = instancesOf(std::move(faces));
+                        });
 
     std::vector<FontFacts> records;
     std::vector<std::size_t> textLeft(files.size(), Limits::instanceTextBytes);

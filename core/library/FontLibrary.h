@@ -117,6 +117,10 @@ installedFonts(const FontService& service, const Collator& order, const Progress
 /// for the font's file; see NameTable::strings.
 void settleNames(PlatformFont& font, std::size_t& budget);
 
+/// Reads all that is read of a file's faces, names or instances, and keeps it instead of the tables
+/// that it was read from. Whoever gets the faces then reads of them what he would have otherwise.
+void settle(std::vector<PlatformFont>& faces, Faces which);
+
 /// The label for FontFacts::format.
 [[nodiscard]] std::string formatName(const PlatformFont& font);
 

@@ -3,10 +3,13 @@
 #pragma once
 
 #include "fontfile/NameTable.h"
+#include "fontfile/VariationInstances.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,12 +37,17 @@ struct PlatformFont {
     NameStrings names; // names that the format has outside a `name` table, by name identifier
     /// What `name` and `names` come to, in their place, where the service has read them already.
     std::optional<NameStrings> settledNames;
+    /// What `fvar` comes to, likewise.
+    std::optional<std::vector<VariationInstance>> settledInstances;
 };
 
 /// Which faces of a file are wanted. The variable ones are those with an `fvar` table, and only
 /// they are fetched then: the names of instances are looked for in every font that is known, and
 /// most fonts have none.
 enum class Faces { all, variable };
+
+/// Takes the faces of one of several files, which is told by its place among them.
+using TakeFaces = std::function<void(std::size_t file, std::vector<PlatformFont>&& faces)>;
 
 /// All functions may be called from any thread. Nothing fails: what cannot be read is not there.
 class FontService {
@@ -58,6 +66,11 @@ public:
     /// The faces of one font file in file order; empty when it has none that can be read.
     [[nodiscard]] virtual std::vector<PlatformFont> facesOf(const std::string& file,
                                                             Faces which) const = 0;
+
+    /// The faces of many files, read on all cores: `take` is called once for each file, by several
+    /// threads at once and in any order. The first exception that leaves it is thrown again here.
+    virtual void facesOfEach(std::span<const std::string> files, Faces which,
+                             const TakeFaces& take) const;
 };
 
 } // namespace quillmark

@@ -17,7 +17,8 @@ namespace {
 /// threads do not meet at the counter.
 constexpr std::size_t chunkSize = 16;
 
-/// The cores that this process may use, which can be fewer than the machine has.
+} // namespace
+
 std::size_t coreCount()
 {
     cpu_set_t cores;
@@ -26,8 +27,6 @@ std::size_t coreCount()
         return std::max<std::size_t>(1, static_cast<std::size_t>(CPU_COUNT(&cores)));
     return std::max(1U, std::thread::hardware_concurrency());
 }
-
-} // namespace
 
 void forEachIndex(std::size_t count, const std::function<void(std::size_t)>& work)
 {

@@ -6,6 +6,9 @@
 
 namespace quillmark {
 
+/// The cores that this process may use, which can be fewer than the machine has.
+[[nodiscard]] std::size_t coreCount();
+
 /// Calls `work` once for each index below `count`, from as many threads as the process may use
 /// cores, and returns when all is done. The first exception that leaves `work` is thrown again
 /// here; indices that were not begun by then are left out.

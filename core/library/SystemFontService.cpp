@@ -1,10 +1,7 @@
 #include "library/SystemFontService.h"
 
-#include "library/FontFile.h"
 #include "library/FontLibrary.h"
 #include "library/InstalledFonts.h"
-#include "library/Parallel.h"
-#include "library/RegularFile.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -22,20 +19,9 @@ int formatRank(const PlatformFont& font)
     return font.format == FontFormat::postScript ? 1 : 0;
 }
 
-std::vector<PlatformFont> facesOfFile(const std::string& path, Faces which)
+/// Leaves the installed ones of a file's faces, under the names that they are installed by.
+void keepInstalled(std::vector<PlatformFont>& faces, const InstalledFile& file)
 {
-    const auto file = RegularFile::open(path);
-    if (!file) return {};
-    std::vector<PlatformFont> faces = FontFile::faces(*file, which);
-    for (PlatformFont& face : faces)
-        face.path = path;
-    return faces;
-}
-
-/// The installed faces of a file, under the names that they are installed by.
-std::vector<PlatformFont> installedFaces(const InstalledFile& file)
-{
-    std::vector<PlatformFont> faces = facesOfFile(file.path, Faces::all);
     std::erase_if(faces, [&file](const PlatformFont& face) {
         return std::ranges::find(file.faces, face.index) == file.faces.end();
     });
@@ -43,7 +29,6 @@ std::vector<PlatformFont> installedFaces(const InstalledFile& file)
     std::size_t budget = NameTable::maximumFileBytes;
     for (PlatformFont& face : faces)
         FontLibrary::settleNames(face, budget);
-    return faces;
 }
 
 } // namespace
@@ -53,11 +38,18 @@ struct SystemFontService::Installed {
     std::vector<PlatformFont> fonts; // one for each name
     std::unordered_map<std::string, std::size_t> positions;
 
-    void read()
+    void read(const FontFiles& files)
     {
-        const std::vector<InstalledFile> files = installedFiles();
-        std::vector<std::vector<PlatformFont>> faces(files.size());
-        forEachIndex(files.size(), [&](std::size_t i) { faces[i] = installedFaces(files[i]); });
+        const std::vector<InstalledFile> installed = files.installed();
+        std::vector<std::string> paths;
+        paths.reserve(installed.size());
+        for (const InstalledFile& file : installed)
+            paths.push_back(file.path);
+        std::vector<std::vector<PlatformFont>> faces(installed.size());
+        files.facesOfEach(paths, Faces::all, [&](std::size_t i, std::vector<PlatformFont>&& read) {
+            faces[i] = std::move(read);
+            keepInstalled(faces[i], installed[i]);
+        });
         for (auto& ofFile : faces)
             for (PlatformFont& face : ofFile)
                 add(std::move(face));
@@ -73,21 +65,24 @@ struct SystemFontService::Installed {
             fonts[position->second] = std::move(font);
     }
 
-    [[nodiscard]] static const Installed& read(Installed& installed)
+    [[nodiscard]] static const Installed& read(Installed& installed, const FontFiles& files)
     {
-        std::call_once(installed.once, [&installed] { installed.read(); });
+        std::call_once(installed.once, [&] { installed.read(files); });
         return installed;
     }
 };
 
-SystemFontService::SystemFontService() : m_installed(std::make_unique<Installed>()) {}
+SystemFontService::SystemFontService(std::shared_ptr<const FontFiles> files)
+    : m_files(std::move(files)), m_installed(std::make_unique<Installed>())
+{
+}
 
 SystemFontService::~SystemFontService() = default;
 
 std::vector<std::string> SystemFontService::installedNames() const
 {
     std::vector<std::string> names;
-    const auto& fonts = Installed::read(*m_installed).fonts;
+    const auto& fonts = Installed::read(*m_installed, *m_files).fonts;
     names.reserve(fonts.size());
     for (const PlatformFont& font : fonts)
         names.push_back(font.postScriptName);
@@ -96,7 +91,7 @@ std::vector<std::string> SystemFontService::installedNames() const
 
 std::optional<PlatformFont> SystemFontService::installedFont(std::string_view postScriptName) const
 {
-    const Installed& installed = Installed::read(*m_installed);
+    const Installed& installed = Installed::read(*m_installed, *m_files);
     const auto found = installed.positions.find(std::string(postScriptName));
     if (found == installed.positions.end()) return std::nullopt;
     return installed.fonts[found->second];
@@ -104,7 +99,17 @@ std::optional<PlatformFont> SystemFontService::installedFont(std::string_view po
 
 std::vector<PlatformFont> SystemFontService::facesOf(const std::string& file, Faces which) const
 {
-    return facesOfFile(file, which);
+    std::vector<PlatformFont> faces;
+    facesOfEach(
+        std::span(&file, 1), which,
+        [&faces](std::size_t, std::vector<PlatformFont>&& read) { faces = std::move(read); });
+    return faces;
+}
+
+void SystemFontService::facesOfEach(std::span<const std::string> files, Faces which,
+                                    const TakeFaces& take) const
+{
+    m_files->facesOfEach(files, which, take);
 }
 
 } // namespace quillmark

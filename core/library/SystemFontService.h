@@ -2,6 +2,7 @@
 // out of sfnt, WOFF and WOFF2 files, and FreeType opens the other formats.
 #pragma once
 
+#include "library/FontFiles.h"
 #include "library/FontService.h"
 
 #include <memory>
@@ -11,7 +12,9 @@ namespace quillmark {
 /// Lists the installed fonts on first use and keeps that list; make a new one to see changes.
 class SystemFontService final : public FontService {
 public:
-    SystemFontService();
+    /// `files` says which files are installed, and reads them.
+    explicit SystemFontService(
+        std::shared_ptr<const FontFiles> files = std::make_shared<LocalFontFiles>());
     ~SystemFontService() override;
     SystemFontService(const SystemFontService&) = delete;
     SystemFontService& operator=(const SystemFontService&) = delete;
@@ -21,9 +24,12 @@ public:
     installedFont(std::string_view postScriptName) const override;
     [[nodiscard]] std::vector<PlatformFont> facesOf(const std::string& file,
                                                     Faces which) const override;
+    void facesOfEach(std::span<const std::string> files, Faces which,
+                     const TakeFaces& take) const override;
 
 private:
     struct Installed;
+    std::shared_ptr<const FontFiles> m_files;
     std::unique_ptr<Installed> m_installed;
 };
 

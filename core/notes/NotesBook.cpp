@@ -11,6 +11,42 @@
 
 namespace quillmark {
 
+namespace {
+
+/// What a map has under a key; null when that is nothing.
+template <typename Map>
+const typename Map::mapped_type* valueIn(const Map& map, const std::string& key)
+{
+    const auto found = map.find(key);
+    return found == map.end() ? nullptr : &found->second;
+}
+
+template <typename Value>
+bool areEqual(const Value* one, const Value* other)
+{
+    return one == nullptr || other == nullptr ? one == other : *one == *other;
+}
+
+template <typename Map>
+void takeOverEntries(Map& ours, const Map& before, const Map& theirs)
+{
+    const auto take = [&](const std::string& key) {
+        const auto* const was = valueIn(before, key);
+        const auto* const is = valueIn(theirs, key);
+        if (areEqual(was, is) || !areEqual(was, valueIn(std::as_const(ours), key))) return;
+        if (is == nullptr)
+            ours.erase(key);
+        else
+            ours.insert_or_assign(key, *is);
+    };
+    for (const auto& [key, value] : theirs)
+        take(key);
+    for (const auto& [key, value] : before)
+        take(key);
+}
+
+} // namespace
+
 const LicenseNote* NotesBook::note(std::string_view key) const
 {
     const auto found = notes.find(key);
@@ -30,6 +66,13 @@ void NotesBook::set(std::optional<LicenseNote> note, std::string_view key)
     }
     note->unknownKeys.merge(found->second.unknownKeys);
     found->second = *std::move(note);
+}
+
+void NotesBook::takeOver(const NotesBook& before, const NotesBook& theirs)
+{
+    if (before == theirs) return;
+    takeOverEntries(notes, before.notes, theirs.notes);
+    takeOverEntries(unknownKeys, before.unknownKeys, theirs.unknownKeys);
 }
 
 NotesBook NotesBook::load(const std::filesystem::path& path)

@@ -25,6 +25,10 @@ struct NotesBook {
     /// the former note had and the new one lacks are taken over.
     void set(std::optional<LicenseNote> note, std::string_view key);
 
+    /// Takes over what somebody else has changed: all that differs between `before`, which this
+    /// book was once equal to, and `theirs`, and has not been changed here as well.
+    void takeOver(const NotesBook& before, const NotesBook& theirs);
+
     /// The book in the file at `path`; an empty one when there is none, or none that can be read.
     /// NotesFile.h tells these apart.
     [[nodiscard]] static NotesBook load(const std::filesystem::path& path);

@@ -1,7 +1,9 @@
 #include "pdf/AuditRow.h"
 
 #include "assessment/Classifier.h"
+#include "pdf/SubsetPrefix.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -19,6 +21,16 @@ std::string AuditRow::id() const
     id += '#';
     id += program;
     return id;
+}
+
+std::optional<std::string> AuditRow::otherName() const
+{
+    if (!pdf || pdf->pdfNames.empty()) return std::nullopt;
+    const auto isOwnName = [&](const std::string& pdfName) {
+        return splitSubsetPrefix(pdfName).cleanName == facts.postScriptName;
+    };
+    if (std::ranges::any_of(pdf->pdfNames, isOwnName)) return std::nullopt;
+    return pdf->pdfNames.front();
 }
 
 AuditRow auditRow(FontFacts facts)

@@ -20,6 +20,11 @@ struct AuditRow {
     /// have the same id.
     [[nodiscard]] std::string id() const;
 
+    /// The PDF's first name for a font that the PDF calls otherwise than the font calls itself. It
+    /// is shown beside the display name, which may say little, such as "Unnamed font". Absent for
+    /// any other row.
+    [[nodiscard]] std::optional<std::string> otherName() const;
+
     bool operator==(const AuditRow&) const = default;
 };
 

@@ -19,4 +19,20 @@ std::string pageList(const PDFFontInfo& info)
     return text;
 }
 
+std::string pageRanges(const PDFFontInfo& info)
+{
+    const std::vector<int>& pages = info.pages;
+    std::string text;
+    for (auto first = pages.begin(); first != pages.end();) {
+        auto last = first;
+        while (last + 1 != pages.end() && *(last + 1) == *last + 1)
+            ++last;
+        if (!text.empty()) text += ", ";
+        text += std::to_string(*first);
+        if (last != first) text += "-" + std::to_string(*last);
+        first = last + 1;
+    }
+    return text;
+}
+
 } // namespace quillmark

@@ -27,4 +27,7 @@ struct PDFFontInfo {
 /// The page numbers, joined with ", ".
 [[nodiscard]] std::string pageList(const PDFFontInfo& info);
 
+/// The same, shorter: with runs of pages joined, such as "1-3, 7".
+[[nodiscard]] std::string pageRanges(const PDFFontInfo& info);
+
 } // namespace quillmark

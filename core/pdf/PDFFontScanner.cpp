@@ -46,14 +46,25 @@ public:
     template <typename Record>
     [[nodiscard]] std::optional<Record> afforded(const std::optional<Record>& record)
     {
-        if (!record) return std::nullopt;
-        const std::size_t size = textSize(*record);
-        if (size > m_left) return std::nullopt;
-        m_left -= size;
-        return record;
+        return takes(record) ? record : std::nullopt;
+    }
+    template <typename Record>
+    [[nodiscard]] std::optional<Record> afforded(std::optional<Record>&& record)
+    {
+        return takes(record) ? std::move(record) : std::nullopt;
     }
 
 private:
+    template <typename Record>
+    bool takes(const std::optional<Record>& record)
+    {
+        if (!record) return false;
+        const std::size_t size = textSize(*record);
+        if (size > m_left) return false;
+        m_left -= size;
+        return true;
+    }
+
     std::size_t m_left{PDF::Limits::rowText};
 };
 
@@ -115,13 +126,26 @@ FontFacts factsFromName(const std::string& name)
     return facts;
 }
 
-AuditRow row(Found font, ProgramReader& programs, TextBudget& budget, const Lookup& lookup)
+DocumentFont documentFont(Found font, ProgramReader& programs)
 {
-    const auto embedded = programs.facts(font);
+    DocumentFont read;
+    read.embedded = programs.facts(font);
+    read.baseName = std::move(font.baseName);
+    read.pdfNames.assign(font.pdfNames.begin(), font.pdfNames.end());
+    read.subtype = std::move(font.subtype);
+    read.program = font.program;
+    read.subset = font.subset;
+    read.pages = std::move(font.pages);
+    return read;
+}
+
+AuditRow row(DocumentFont font, TextBudget& budget, const Lookup& lookup)
+{
+    auto embedded = budget.afforded(std::move(font.embedded));
     auto matched = budget.afforded(lookup(font.baseName));
 
     PDFFontInfo info;
-    info.pdfNames.assign(font.pdfNames.begin(), font.pdfNames.end());
+    info.pdfNames = std::move(font.pdfNames);
     info.subtype = std::move(font.subtype);
     info.program = font.program;
     info.subset = font.subset;
@@ -134,7 +158,7 @@ AuditRow row(Found font, ProgramReader& programs, TextBudget& budget, const Look
         info.matchedByFamily = matched->postScriptName != font.baseName;
         facts = embedded ? matched->filled(*embedded) : *std::move(matched);
     } else {
-        facts = embedded ? *embedded : factsFromName(font.baseName);
+        facts = embedded ? *std::move(embedded) : factsFromName(font.baseName);
     }
     Assessment assessment = assess(facts, info);
     return {std::move(facts), std::move(assessment), std::move(info)};
@@ -149,23 +173,37 @@ void sortByVerdictAndName(std::vector<AuditRow>& rows)
     });
 }
 
-Result audit(PDF::Opened opened, std::string path, std::string fileName, const Lookup& lookup,
-             const Clock& clock)
+Reading read(PDF::Opened opened)
 {
-    if (const auto* kind = std::get_if<PDFCheckError::Kind>(&opened))
-        return PDFCheckError{*kind, std::move(fileName)};
+    if (const auto* kind = std::get_if<PDFCheckError::Kind>(&opened)) return *kind;
     auto& document = std::get<std::unique_ptr<PDF::Document>>(opened);
     Scan found = scan(*document);
     document.reset();
 
+    DocumentFonts read;
+    read.pageCount = found.pageCount;
+    read.fonts.reserve(found.fonts.size());
+    TextBudget budget;
+    ProgramReader programs(budget);
+    for (Found& font : found.fonts)
+        read.fonts.push_back(documentFont(std::move(font), programs));
+    return read;
+}
+
+Result audit(Reading reading, std::string path, std::string fileName, const Lookup& lookup,
+             const Clock& clock)
+{
+    if (const auto* kind = std::get_if<PDFCheckError::Kind>(&reading))
+        return PDFCheckError{*kind, std::move(fileName)};
+    auto& document = std::get<DocumentFonts>(reading);
     DocumentAudit audit;
     audit.path = std::move(path);
     audit.fileName = std::move(fileName);
-    audit.pageCount = found.pageCount;
+    audit.pageCount = document.pageCount;
+    audit.rows.reserve(document.fonts.size());
     TextBudget budget;
-    ProgramReader programs(budget);
-    for (auto& font : found.fonts)
-        audit.rows.push_back(row(std::move(font), programs, budget, lookup));
+    for (DocumentFont& font : document.fonts)
+        audit.rows.push_back(row(std::move(font), budget, lookup));
     sortByVerdictAndName(audit.rows);
     audit.checkedAt = clock();
     return audit;
@@ -173,11 +211,23 @@ Result audit(PDF::Opened opened, std::string path, std::string fileName, const L
 
 } // namespace
 
+Reading read(const std::filesystem::path& path)
+{
+    return read(PDF::open(path));
+}
+
 Result audit(const std::filesystem::path& path, const Lookup& lookup, const Clock& clock)
+{
+    return audit(
+        path, [](const std::filesystem::path& file) { return read(file); }, lookup, clock);
+}
+
+Result audit(const std::filesystem::path& path, const Read& read, const Lookup& lookup,
+             const Clock& clock)
 {
     // A path that ends in a slash has its last component before it.
     const auto name = path.has_filename() ? path.filename() : path.parent_path().filename();
-    return audit(PDF::open(path), repairedUtf8(path.native()), repairedUtf8(name.native()), lookup,
+    return audit(read(path), repairedUtf8(path.native()), repairedUtf8(name.native()), lookup,
                  clock);
 }
 
@@ -185,7 +235,7 @@ Result audit(std::span<const std::byte> data, std::string_view fileName, const L
              const Clock& clock)
 {
     std::string name = repairedUtf8(fileName);
-    return audit(PDF::open(data), name, name, lookup, clock);
+    return audit(read(PDF::open(data)), name, name, lookup, clock);
 }
 
 Assessment assess(const FontFacts& facts, const std::optional<PDFFontInfo>& pdf)

@@ -3,6 +3,7 @@
 
 #include "fontfile/FontFacts.h"
 #include "pdf/AuditRow.h"
+#include "pdf/DocumentFonts.h"
 #include "pdf/PDFCheckError.h"
 
 #include <chrono>
@@ -38,10 +39,23 @@ using Clock = std::function<std::chrono::system_clock::time_point()>;
 
 using Result = std::variant<DocumentAudit, PDFCheckError>;
 
+/// A document's fonts, or why it does not open.
+using Reading = std::variant<DocumentFonts, PDFCheckError::Kind>;
+
+/// Reads a document's fonts, here or elsewhere.
+using Read = std::function<Reading(const std::filesystem::path&)>;
+
+/// Reads the document at `path` in this process.
+[[nodiscard]] Reading read(const std::filesystem::path& path);
+
 /// Checks the document at `path`. Only opening can fail; afterwards what cannot be read
 /// contributes nothing.
 [[nodiscard]] Result audit(const std::filesystem::path& path, const Lookup& lookup,
                            const Clock& clock = std::chrono::system_clock::now);
+
+/// The same, with the document read by `read`.
+[[nodiscard]] Result audit(const std::filesystem::path& path, const Read& read,
+                           const Lookup& lookup, const Clock& clock);
 
 /// Checks a document in memory. `fileName` stands in for its path.
 [[nodiscard]] Result audit(std::span<const std::byte> data, std::string_view fileName,

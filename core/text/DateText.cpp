@@ -8,18 +8,41 @@
 
 namespace quillmark {
 
-std::string dateText(std::chrono::system_clock::time_point moment)
+namespace {
+
+using Milliseconds = std::chrono::sys_time<std::chrono::milliseconds>; // ICU's own unit
+
+std::string formatted(Milliseconds moment, icu::DateFormat* made)
 {
-    const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
-        icu::DateFormat::kMedium, icu::DateFormat::kShort, icu::Locale::getDefault()));
+    const std::unique_ptr<icu::DateFormat> format(made);
     std::string text;
     if (!format) return text; // ICU's data are missing
-    const auto sinceEpoch =
-        std::chrono::duration_cast<std::chrono::milliseconds>(moment.time_since_epoch());
     icu::UnicodeString written;
-    format->format(static_cast<UDate>(sinceEpoch.count()), written);
+    format->format(static_cast<UDate>(moment.time_since_epoch().count()), written);
     written.toUTF8String(text);
     return text;
+}
+
+} // namespace
+
+std::string dateText(std::chrono::sys_seconds moment)
+{
+    return formatted(moment, icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium,
+                                                                     icu::DateFormat::kShort,
+                                                                     icu::Locale::getDefault()));
+}
+
+std::string dayText(std::chrono::sys_seconds moment)
+{
+    return formatted(moment, icu::DateFormat::createDateInstance(icu::DateFormat::kMedium,
+                                                                 icu::Locale::getDefault()));
+}
+
+std::string timeText(std::chrono::system_clock::time_point moment)
+{
+    return formatted(
+        std::chrono::floor<std::chrono::milliseconds>(moment),
+        icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, icu::Locale::getDefault()));
 }
 
 } // namespace quillmark

@@ -10,10 +10,12 @@ namespace quillmark::fuzz {
 /// Writes `bytes` as one seed of the harness `reader`.
 void writeSeed(std::string_view reader, std::string_view name, std::span<const std::byte> bytes);
 
-/// Each writes the seeds of the harnesses for one folder of core/.
+/// Each writes the seeds of the harnesses for one folder of core/ or app/, or for reader/.
 void writeFontFileSeeds();
 void writeLibrarySeeds();
 void writeNotesSeeds();
 void writePDFSeeds();
+void writeReaderSeeds();
+void writeUpdateSeeds();
 
 } // namespace quillmark::fuzz

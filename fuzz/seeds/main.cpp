@@ -37,5 +37,7 @@ int main(int argc, char** argv)
     quillmark::fuzz::writeLibrarySeeds();
     quillmark::fuzz::writeNotesSeeds();
     quillmark::fuzz::writePDFSeeds();
+    quillmark::fuzz::writeReaderSeeds();
+    quillmark::fuzz::writeUpdateSeeds();
     return EXIT_SUCCESS;
 }

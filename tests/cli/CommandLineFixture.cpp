@@ -3,7 +3,6 @@
 #include "cli/CommandLine.h"
 #include "files/FileDescriptor.h"
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <fstream>
@@ -61,12 +60,14 @@ int CommandLineFixture::runTo(int output, int errors, const std::vector<std::str
     using namespace std::chrono;
     const cli::Environment environment{
         .fonts = *fonts,
+        .input = standardInput,
         .output = {output, outputColumns},
         .errors = {errors, errorColumns},
         .locale = "en",
         .notes = applicationNotes,
         .plainTerminal = plainTerminal,
         .clock = [] { return sys_days(year(2026) / 11 / 21) + hours(4); },
+        .progressDelay = progressDelay,
     };
     return cli::run(arguments, environment);
 }
@@ -81,15 +82,6 @@ std::optional<std::string> CommandLineFixture::content(const std::filesystem::pa
     std::ifstream file(folder.path() / relative, std::ios::binary);
     if (!file) return std::nullopt;
     return replaced({std::istreambuf_iterator<char>(file), {}}, folder.path().native(), "FOLDER");
-}
-
-std::vector<std::string> CommandLineFixture::namesInFolder() const
-{
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
-        names.push_back(entry.path().filename());
-    std::ranges::sort(names);
-    return names;
 }
 
 } // namespace quillmark::test

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <functional>
@@ -65,8 +66,6 @@ protected:
     [[nodiscard]] std::string at(const std::filesystem::path& relative) const;
     /// The content of a file in the folder; absent when there is none.
     [[nodiscard]] std::optional<std::string> content(const std::filesystem::path& relative) const;
-    /// The names in the folder, sorted.
-    [[nodiscard]] std::vector<std::string> namesInFolder() const;
 
     TemporaryFolder folder;
     FakeFontService fakeFonts;
@@ -74,6 +73,8 @@ protected:
     std::optional<std::size_t> outputColumns; // of the terminal, when it is one
     std::optional<std::size_t> errorColumns;
     bool plainTerminal{};
+    int standardInput{-1};
+    std::chrono::milliseconds progressDelay{};
     std::optional<std::filesystem::path> applicationNotes;
 };
 

@@ -1,7 +1,14 @@
 // Progress and messages on standard error.
 #include "CommandLineFixture.h"
 
+#include "files/FileDescriptor.h"
+
 #include <gmock/gmock.h>
+
+#include <chrono>
+#include <sys/mman.h>
+#include <thread>
+#include <unistd.h>
 
 namespace quillmark::test {
 namespace {
@@ -60,6 +67,34 @@ TEST_F(Progress, IsErasedBeforeAMessage)
     const Outcome outcome = run({"check", at("Nowhere.pdf"), "--no-installed"});
     EXPECT_EQ(outcome.errors, "\r\x1b[KChecking Nowhere.pdf…\r\x1b[K"
                               "quillmark-cli: Nowhere.pdf couldn't be opened as a PDF.\n");
+}
+
+TEST_F(Progress, OfWhatIsDoneQuicklyIsNotShown)
+{
+    addInstalled(likelyOKFont());
+    errorColumns = 80;
+    progressDelay = std::chrono::hours(1);
+    EXPECT_EQ(run({"installed"}).errors, "");
+}
+
+TEST_F(Progress, IsShownOnceSomethingTakesTime)
+{
+    const FileDescriptor output(memfd_create("output", 0));
+    const FileDescriptor errors(memfd_create("errors", 0));
+    const auto isShown = [&] { return lseek(errors.get(), 0, SEEK_END) > 0; };
+    // Takes until the user has been told, without telling anything new.
+    const ListingFontService waiting([&] {
+        const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        while (!isShown() && std::chrono::steady_clock::now() < latest)
+            std::this_thread::yield();
+    });
+    fonts = &waiting;
+    errorColumns = 80;
+    progressDelay = std::chrono::milliseconds(20);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(runTo(output.get(), errors.get(), {"installed"}), 0);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, progressDelay);
+    EXPECT_TRUE(isShown());
 }
 
 class Messages : public CommandLineFixture {};

@@ -43,6 +43,7 @@ INSTANTIATE_TEST_SUITE_P(ExitCode, FailOn,
                               {likelyOKFont(), unknownFont(), restrictedFont()},
                               "restricted",
                               1},
+                             {"NeverWithARestrictedFont", {restrictedFont()}, "never", 0},
                              {"NotGivenWithARestrictedFont", {restrictedFont()}, "", 0},
                              {"NotGivenWithAnUnknownFont", {unknownFont()}, "", 0},
                          }),
@@ -73,25 +74,27 @@ TEST_F(ExitCode, OfFailOnCountsForInstalledFontsToo)
     EXPECT_EQ(run({"installed", "--fail-on", "restricted"}).exitCode, 0);
 }
 
-TEST_F(ExitCode, OfWrongUseIsTwoWithOneLineOnStandardErrorOnly)
+TEST_F(ExitCode, OfWrongUseIsTwoWithASentenceAndTheUsageOnStandardErrorOnly)
 {
     const Outcome outcome = run({"scan", "--frmat"});
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.output, "");
     EXPECT_EQ(outcome.errors, "quillmark-cli: there is no option \"--frmat\"; did you mean "
-                              "\"--format\"?\n");
+                              "\"--format\"?\n"
+                              "Usage: quillmark-cli scan FOLDER|FILE... [OPTIONS]\n");
 }
 
 TEST_F(ExitCode, OfWrongUseShowsNoControlSequence)
 {
     EXPECT_EQ(run({"\x1b[31m\nscan\xFF"}).errors,
               "quillmark-cli: there is no command \"\uFFFD[31m\uFFFDscan\uFFFD\"; see "
-              "quillmark-cli --help.\n");
+              "quillmark-cli --help.\n"
+              "Usage: quillmark-cli COMMAND [OPTIONS]\n");
 }
 
 TEST_F(ExitCode, OfHelpAndVersionIsZeroAndTheyAreResults)
 {
-    for (const char* option : {"--help", "-h", "--version"}) {
+    for (const char* option : {"--help", "-h", "--help-all", "--version"}) {
         const Outcome outcome = run({option});
         EXPECT_EQ(outcome.exitCode, 0) << option;
         EXPECT_THAT(outcome.output, testing::HasSubstr("quillmark-cli"));

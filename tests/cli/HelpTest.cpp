@@ -14,28 +14,42 @@ using testing::HasSubstr;
 
 TEST(Help, NamesEveryCommandOptionAndExitCode)
 {
-    for (const char* word : {"  installed ",
-                             "  scan FOLDER|FILE...",
-                             "  check PDF...",
-                             "      --fonts FOLDER",
-                             "      --no-installed",
-                             "  -f, --format",
-                             "  -o, --output FILE",
-                             "      --fail-on",
-                             "      --color",
-                             "  -q, --quiet",
-                             "      --notes FILE",
-                             "  -h, --help",
-                             "      --version",
-                             "\n    0   ",
-                             "\n    1   ",
-                             "\n    2   ",
-                             "\n    3   ",
-                             "\n    4   ",
-                             "\n   70   ",
-                             "\n  130   ",
-                             "Examples:"})
-        EXPECT_THAT(helpText(), HasSubstr(word));
+    const std::string help = helpText();
+    for (const CommandEntry& command : commandTable)
+        EXPECT_THAT(help, HasSubstr("\n  " + std::string(command.name)));
+    for (const OptionEntry& option : optionTable) {
+        std::string line = option.shortName == 0
+                               ? "\n      "
+                               : std::string{'\n', ' ', ' ', '-', option.shortName, ',', ' '};
+        line += option.name;
+        if (!option.value.empty()) line.append(" ").append(option.value);
+        EXPECT_THAT(help, HasSubstr(line));
+    }
+    for (const char* code : {"0", "1", "2", "3", "4", "70", "130"})
+        EXPECT_THAT(help, HasSubstr(" " + std::string(code) + "   "));
+    EXPECT_THAT(help, HasSubstr("Examples:"));
+}
+
+TEST(Help, OfACommandHasTheOptionsThatGoWithIt)
+{
+    for (const CommandEntry& command : commandTable) {
+        const std::string help = helpText(command.command);
+        EXPECT_THAT(help, testing::StartsWith(usage(command.command) + "\n"));
+        for (const OptionEntry& option : optionTable) {
+            const std::string name = " " + std::string(option.name);
+            const bool isThere = help.find(name + " ") != std::string::npos ||
+                                 help.find(name + "\n") != std::string::npos;
+            EXPECT_EQ(isThere, option.commands.contains(command.command)) << command.name << name;
+        }
+    }
+}
+
+TEST(Help, OfEverythingHasThatOfEachCommand)
+{
+    const std::string help = helpOfEverything();
+    EXPECT_THAT(help, testing::StartsWith(helpText()));
+    for (const CommandEntry& command : commandTable)
+        EXPECT_THAT(help, HasSubstr("\n" + helpText(command.command)));
 }
 
 TEST(Help, EndsWithTheDisclaimer)
@@ -45,7 +59,7 @@ TEST(Help, EndsWithTheDisclaimer)
 
 TEST(Help, FitsEightyColumns)
 {
-    std::istringstream lines(helpText());
+    std::istringstream lines(helpOfEverything());
     for (std::string line; std::getline(lines, line);)
         EXPECT_LE(line.size(), 79U) << line;
 }

@@ -34,14 +34,14 @@ TEST_F(Interruption, ByCtrlCErasesTheProgressAndExitsWith130)
 TEST_F(Interruption, LeavesNothingWhereTheOutputWasToBe)
 {
     EXPECT_EXIT(runInterrupted(SIGINT), testing::ExitedWithCode(130), "");
-    EXPECT_THAT(namesInFolder(), ElementsAre());
+    EXPECT_THAT(folder.names(), ElementsAre());
 }
 
 TEST_F(Interruption, LeavesAnOlderOutputAsItWas)
 {
     folder.write("report.txt", "old");
     EXPECT_EXIT(runInterrupted(SIGINT), testing::ExitedWithCode(130), "");
-    EXPECT_THAT(namesInFolder(), ElementsAre("report.txt"));
+    EXPECT_THAT(folder.names(), ElementsAre("report.txt"));
     EXPECT_THAT(content("report.txt"), Optional(std::string("old")));
 }
 
@@ -49,7 +49,7 @@ TEST_F(Interruption, ByAnotherSignalRemovesTheTemporaryAndDiesOfIt)
 {
     for (const int signal : {SIGTERM, SIGHUP}) {
         EXPECT_EXIT(runInterrupted(signal), testing::KilledBySignal(signal), "");
-        EXPECT_THAT(namesInFolder(), ElementsAre());
+        EXPECT_THAT(folder.names(), ElementsAre());
     }
 }
 
@@ -60,7 +60,7 @@ TEST_F(Interruption, ThatIsIgnoredStaysIgnored)
         runInterrupted(SIGHUP);
     };
     EXPECT_EXIT(ignoring(), testing::ExitedWithCode(0), "");
-    EXPECT_THAT(namesInFolder(), ElementsAre("report.txt"));
+    EXPECT_THAT(folder.names(), ElementsAre("report.txt"));
 }
 
 } // namespace

@@ -174,7 +174,7 @@ TEST_F(Scan, OfAFileTakesTheLicenseFileBesideIt)
     addFile("a.ttf", {unknownFont()});
     const Outcome outcome = run({"scan", at("a.ttf")});
     EXPECT_THAT(outcome.output, StartsWith("a.ttf\nFOLDER/a.ttf\n\n✓ Likely OK to embed  Brook\n"));
-    EXPECT_THAT(outcome.output, HasSubstr("  License file     FOLDER/OFL.txt\n"));
+    EXPECT_THAT(outcome.output, HasSubstr("    License file     OFL.txt\n"));
 }
 
 TEST_F(Scan, OfAFileWithItsOwnLicenseIgnoresTheOneBesideIt)
@@ -192,15 +192,12 @@ TEST_F(Scan, OfSeveralFilesGivesOneTableOfThem)
     EXPECT_EQ(outcome.output,
               "2 font files\n"
               "\n"
-              "? Unknown · 1 font\n"
-              "\n"
-              "  No license text in the font.\n"
-              "  Unknown     Brook                         TrueType  FOLDER/b.ttf\n"
-              "\n"
-              "✓ Likely OK to embed · 1 font\n"
-              "\n"
-              "  Names the SIL Open Font License.\n"
-              "  Likely OK   Cedar Regular  Cedar-Regular  TrueType  FOLDER/a.ttf\n"
+              "Font           Verdict      License in the font    Embedding bits                  "
+              "       Source\n"
+              "Brook          ? Unknown    No license text        Installable (no restriction bits "
+              "set)  FOLDER/b.ttf\n"
+              "Cedar Regular  ✓ Likely OK  SIL Open Font License  Installable (no restriction bits "
+              "set)  FOLDER/a.ttf\n"
               "\n"
               "2 fonts: 1 likely OK, 0 restricted, 1 unknown\n"
               "Check the license; this reads the font's own data. Not legal advice.\n");

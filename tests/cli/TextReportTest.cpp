@@ -1,10 +1,11 @@
 // What the text report looks like on a terminal, and what can never get into it.
 #include "CommandLineFixture.h"
 
-#include "cli/FontDetails.h"
+#include "text/DisplayWidth.h"
 
 #include <gmock/gmock.h>
 
+#include <sstream>
 #include <string_view>
 
 namespace quillmark::test {
@@ -23,7 +24,27 @@ protected:
     }
 };
 
-TEST_F(TextReport, OnATerminalHasNoVerdictOnEachLine)
+TEST_F(TextReport, IsTheApplicationsTableWithTheDisclaimerBelow)
+{
+    addThreeFonts();
+    EXPECT_EQ(run({"scan", at("Fonts")}).output,
+              "Fonts\n"
+              "FOLDER/Fonts\n"
+              "\n"
+              "Font           Verdict       License in the font    Embedding bits                 "
+              "        Source\n"
+              "Acme Bold      ✗ Restricted  Own license terms      Restricted license (no embedding"
+              ")      acme.ttf\n"
+              "Brook          ? Unknown     No license text        Installable (no restriction bits"
+              " set)  brook.ttf\n"
+              "Cedar Regular  ✓ Likely OK   SIL Open Font License  Installable (no restriction bits"
+              " set)  sub/cedar.ttf\n"
+              "\n"
+              "3 fonts: 1 likely OK, 1 restricted, 1 unknown\n"
+              "Check the license; this reads the font's own data. Not legal advice.\n");
+}
+
+TEST_F(TextReport, OnATerminalCutsTheTableToItsWidth)
 {
     addThreeFonts();
     outputColumns = 80;
@@ -32,36 +53,46 @@ TEST_F(TextReport, OnATerminalHasNoVerdictOnEachLine)
               "Fonts\n"
               "FOLDER/Fonts\n"
               "\n"
-              "✗ Restricted · 1 font\n"
-              "\n"
-              "  The font's embedding bits forbid embedding it.\n"
-              "    Acme Bold      AcmeHeadline-Bold  TrueType  acme.ttf\n"
-              "\n"
-              "? Unknown · 1 font\n"
-              "\n"
-              "  No license text in the font.\n"
-              "    Brook                             TrueType  brook.ttf\n"
-              "\n"
-              "✓ Likely OK to embed · 1 font\n"
-              "\n"
-              "  Names the SIL Open Font License.\n"
-              "    Cedar Regular  Cedar-Regular      TrueType  sub/cedar.ttf\n"
+              "Font           Verdict       License in the font    Source\n"
+              "Acme Bold      ✗ Restricted  Own license terms      acme.ttf\n"
+              "Brook          ? Unknown     No license text        brook.ttf\n"
+              "Cedar Regular  ✓ Likely OK   SIL Open Font License  sub/cedar.ttf\n"
               "\n"
               "3 fonts: 1 likely OK, 1 restricted, 1 unknown\n"
               "Check the license; this reads the font's own data. Not legal advice.\n");
+    outputColumns = 94;
+    EXPECT_THAT(run({"scan", at("Fonts")}).output,
+                HasSubstr("\nBrook          ? Unknown     No license text        Installable (no "
+                          "restrictio…  brook.ttf\n"));
 }
 
-TEST_F(TextReport, OnANarrowTerminalLeavesOutColumnsAndCutsNames)
+TEST_F(TextReport, OnANarrowTerminalLeavesOutColumnsButNoVerdict)
 {
     addThreeFonts();
     plainTerminal = true;
-    outputColumns = 40;
+    outputColumns = 60;
     EXPECT_THAT(run({"scan", at("Fonts")}).output,
-                HasSubstr("\n    Acme Bold      AcmeHeadline-Bold\n"));
-    outputColumns = 16;
-    const Outcome outcome = run({"scan", at("Fonts")});
-    EXPECT_THAT(outcome.output, HasSubstr("\n    Acme Bold\n"));
-    EXPECT_THAT(outcome.output, HasSubstr("\n    Cedar Regul…\n"));
+                HasSubstr("\nAcme Bold      ✗ Restricted  acme.ttf\n"));
+    outputColumns = 30;
+    EXPECT_THAT(run({"scan", at("Fonts")}).output, HasSubstr("\nAcme Bold      ✗ Restricted\n"));
+    outputColumns = 20;
+    EXPECT_THAT(run({"scan", at("Fonts")}).output, HasSubstr("\nAcme …  ✗ Restricted\n"));
+}
+
+TEST_F(TextReport, NoLineOfATableIsWiderThanTheTerminal)
+{
+    addThreeFonts();
+    addFile("Fonts/a-folder-with-a-long-name/and-another-one-in-it/and-one-more/cedar.ttf",
+            {likelyOKFont()});
+    plainTerminal = true;
+    for (std::size_t columns = 20; columns <= 160; ++columns) {
+        outputColumns = columns;
+        const std::string output = run({"scan", at("Fonts")}).output;
+        const std::string table = output.substr(0, output.find("\n\n", output.find("Verdict")));
+        std::istringstream lines(table.substr(table.find("Font ")));
+        for (std::string line; std::getline(lines, line);)
+            EXPECT_LE(displayWidth(line), columns) << line;
+    }
 }
 
 TEST_F(TextReport, OnATerminalShowsTheEndOfALongPath)
@@ -69,9 +100,15 @@ TEST_F(TextReport, OnATerminalShowsTheEndOfALongPath)
     addFile("Fonts/a-folder-with-a-long-name/and-another-one-in-it/cedar.ttf", {likelyOKFont()});
     outputColumns = 80;
     plainTerminal = true;
-    EXPECT_THAT(run({"scan", at("Fonts")}).output,
-                HasSubstr("\n    Cedar Regular  Cedar-Regular  TrueType  "
-                          "…ame/and-another-one-in-it/cedar.ttf\n"));
+    EXPECT_THAT(run({"scan", at("Fonts")}).output, HasSubstr("  …-another-one-in-it/cedar.ttf\n"));
+}
+
+TEST_F(TextReport, SaysThatAFontCameWithTheSystemInsteadOfItsFile)
+{
+    FontValues font = unknownFont();
+    font.copyright = u"\u00A9 2020 Apple Inc.";
+    addFile("Fonts/a.ttf", {font});
+    EXPECT_THAT(run({"scan", at("Fonts")}).output, HasSubstr("  Came with macOS\n"));
 }
 
 TEST_F(TextReport, AlignsWideCharactersByTheirWidth)
@@ -83,9 +120,10 @@ TEST_F(TextReport, AlignsWideCharactersByTheirWidth)
     marks.postScriptName = "Etude";
     addFile("Fonts/a.ttf", {wide});
     addFile("Fonts/b.ttf", {marks});
-    EXPECT_THAT(run({"scan", at("Fonts")}).output,
-                HasSubstr("  Likely OK   漢字あ  Cedar-Regular  TrueType  a.ttf\n"
-                          "  Likely OK   e\u0301tude   Etude          TrueType  b.ttf\n"));
+    const std::string output = run({"scan", at("Fonts")}).output;
+    EXPECT_THAT(output, HasSubstr("\nFont    Verdict"));
+    EXPECT_THAT(output, HasSubstr("\n漢字あ  ✓ Likely OK"));
+    EXPECT_THAT(output, HasSubstr("\ne\u0301tude   ✓ Likely OK"));
 }
 
 TEST_F(TextReport, OnATerminalCutsWideCharactersWhole)
@@ -93,20 +131,25 @@ TEST_F(TextReport, OnATerminalCutsWideCharactersWhole)
     FontValues wide = likelyOKFont();
     wide.fullName = u"\u6F22\u5B57\u3042\u6F22\u5B57\u3042"; // twelve columns
     addFile("Fonts/a.ttf", {wide});
-    outputColumns = 14;
+    outputColumns = 23;
     plainTerminal = true;
-    EXPECT_THAT(run({"scan", at("Fonts")}).output, HasSubstr("\n    漢字あ漢…\n"));
+    EXPECT_THAT(run({"scan", at("Fonts")}).output, HasSubstr("\n漢字あ漢…   ✓ Likely OK\n"));
 }
 
 TEST_F(TextReport, InAPipeCutsNothing)
 {
     FontValues font = likelyOKFont();
     font.fullName.assign(200, u'n');
-    font.postScriptName.assign(100, 'p');
-    addFile("Fonts/a.ttf", {font});
-    EXPECT_THAT(run({"scan", at("Fonts")}).output,
-                HasSubstr("\n  Likely OK   " + std::string(200, 'n') + "  " +
-                          std::string(100, 'p') + "  TrueType  a.ttf\n"));
+    font.license.assign(1000, u'l');
+    const std::string name(100, 'f');
+    addFile("Fonts/" + name + ".ttf", {font});
+    const std::string table = run({"scan", at("Fonts")}).output;
+    EXPECT_THAT(table, HasSubstr("\n" + std::string(200, 'n') + "  ? Unknown"));
+    EXPECT_THAT(table, HasSubstr("  " + name + ".ttf\n"));
+    EXPECT_THAT(run({"scan", at("Fonts"), "-v"}).output,
+                HasSubstr("    License          " + std::string(1000, 'l') + "\n"));
+    EXPECT_THAT(run({"scan", at("Fonts/" + name + ".ttf")}).output,
+                HasSubstr("    License          " + std::string(1000, 'l') + "\n"));
 }
 
 TEST_F(TextReport, InAPipeOneLongNameDoesNotPushTheOthersAside)
@@ -116,8 +159,7 @@ TEST_F(TextReport, InAPipeOneLongNameDoesNotPushTheOthersAside)
     addFile("Fonts/a.ttf", {font});
     addFile("Fonts/b.ttf", {unknownFont()});
     EXPECT_THAT(run({"scan", at("Fonts")}).output,
-                HasSubstr("\n  Unknown     Brook" + std::string(35, ' ') + "  " +
-                          std::string(13, ' ') + "  TrueType  b.ttf\n"));
+                HasSubstr("\nBrook" + std::string(35, ' ') + "  ? Unknown  "));
 }
 
 TEST_F(TextReport, ShowsAFontFileInFull)
@@ -136,40 +178,58 @@ TEST_F(TextReport, ShowsAFontFileInFull)
               "  The font's embedding bits forbid embedding it.\n"
               "  - Embedding bits (fsType 0x0002): Restricted License, which means the font must "
               "not be embedded in documents.\n"
-              "  PostScript name  AcmeHeadline-Bold\n"
-              "  Family           Acme\n"
-              "  Copyright        © Acme\n"
-              "  Maker            Acme Type\n"
-              "  License          Ask us. Really.\n"
-              "  License URL      https://acme.example/license\n"
-              "  Embedding bits   Restricted license (no embedding) (fsType 0x0002)\n"
-              "  Vendor ID        TEST\n"
-              "  Format           TrueType\n"
+              "  PostScript name    AcmeHeadline-Bold\n"
+              "  File               FOLDER/acme.ttf\n"
+              "  What the font says\n"
+              "    Family           Acme\n"
+              "    Copyright        © Acme\n"
+              "    Maker            Acme Type\n"
+              "    License          Ask us. Really.\n"
+              "    License URL      https://acme.example/license\n"
+              "    Embedding bits   Restricted license (no embedding) (fsType 0x0002)\n"
+              "    Vendor ID        TEST\n"
+              "    Format           TrueType\n"
               "\n"
               "1 fonts: 0 likely OK, 1 restricted, 0 unknown\n"
               "Check the license; this reads the font's own data. Not legal advice.\n");
+}
+
+TEST_F(TextReport, WhenVerboseShowsEveryFontInFull)
+{
+    addThreeFonts();
+    const Outcome outcome = run({"scan", at("Fonts"), "-v"});
+    EXPECT_THAT(outcome.output,
+                testing::StartsWith("Fonts\nFOLDER/Fonts\n\n✗ Restricted  Acme Bold\n"));
+    EXPECT_THAT(outcome.output, HasSubstr("\n    None\n\n? Unknown  Brook\n"));
+    EXPECT_THAT(outcome.output, HasSubstr("\n    None\n\n✓ Likely OK to embed  Cedar Regular\n"));
+    EXPECT_THAT(outcome.output, HasSubstr("\n  File               FOLDER/Fonts/sub/cedar.ttf\n"));
 }
 
 TEST_F(TextReport, SaysThatAFontHasNoEmbeddingBits)
 {
     FontValues font = unknownFont();
     font.fsType.reset();
-    addFile("a.ttf", {font});
-    EXPECT_THAT(run({"scan", at("a.ttf")}).output,
-                HasSubstr("\n  Embedding bits   None (no OS/2 table)\n"));
+    addFile("Fonts/a.ttf", {font});
+    EXPECT_THAT(run({"scan", at("Fonts/a.ttf")}).output,
+                HasSubstr("\n    Embedding bits   None (no OS/2 table)\n"));
+    EXPECT_THAT(run({"scan", at("Fonts")}).output, HasSubstr("  No OS/2 table  "));
 }
 
-TEST_F(TextReport, ShowsTheStartOfALongLicenseText)
+TEST_F(TextReport, OnATerminalShowsTheStartOfALongLicenseTextUnlessVerbose)
 {
+    outputColumns = 1000;
+    plainTerminal = true;
     FontValues font = unknownFont();
     font.license.assign(301, u'x');
     addFile("a.ttf", {font});
     EXPECT_THAT(run({"scan", at("a.ttf")}).output,
-                HasSubstr("  License          " + std::string(300, 'x') + "…\n"));
+                HasSubstr("    License          " + std::string(300, 'x') + "…\n"));
+    EXPECT_THAT(run({"scan", at("a.ttf"), "-v"}).output,
+                HasSubstr("    License          " + std::string(301, 'x') + "\n"));
     font.license.assign(300, u'x');
     addFile("b.ttf", {font});
     EXPECT_THAT(run({"scan", at("b.ttf")}).output,
-                HasSubstr("  License          " + std::string(300, 'x') + "\n"));
+                HasSubstr("    License          " + std::string(300, 'x') + "\n"));
 }
 
 TEST_F(TextReport, BreaksLinesBetweenWordsOnATerminal)
@@ -180,7 +240,17 @@ TEST_F(TextReport, BreaksLinesBetweenWordsOnATerminal)
     EXPECT_THAT(run({"scan", at("acme.ttf")}).output,
                 HasSubstr("  - Embedding bits (fsType 0x0002): Restricted License,\n"
                           "    which means the font must not be embedded in documents.\n"
-                          "  PostScript name  AcmeHeadline-Bold\n"));
+                          "  PostScript name    AcmeHeadline-Bold\n"));
+}
+
+TEST_F(TextReport, OnAWideTerminalKeepsLinesShortEnoughToRead)
+{
+    addFile("acme.ttf", {restrictedFont()});
+    outputColumns = 300;
+    plainTerminal = true;
+    std::istringstream lines(run({"scan", at("acme.ttf")}).output);
+    for (std::string line; std::getline(lines, line);)
+        EXPECT_LE(displayWidth(line), 125U) << line;
 }
 
 TEST_F(TextReport, GivesValuesLinesOfTheirOwnOnANarrowTerminal)
@@ -190,9 +260,10 @@ TEST_F(TextReport, GivesValuesLinesOfTheirOwnOnANarrowTerminal)
     plainTerminal = true;
     EXPECT_THAT(run({"scan", at("acme.ttf")}).output,
                 HasSubstr("\n  PostScript name\n    AcmeHeadline-Bold\n"));
+    EXPECT_THAT(run({"scan", at("acme.ttf")}).output, HasSubstr("\n    Family\n      Acme\n"));
     outputColumns = 50;
     EXPECT_THAT(run({"scan", at("acme.ttf")}).output,
-                HasSubstr("\n  PostScript name  AcmeHeadline-Bold\n"));
+                HasSubstr("\n  PostScript name    AcmeHeadline-Bold\n"));
 }
 
 TEST_F(TextReport, ColorsVerdictsOnATerminal)
@@ -200,9 +271,9 @@ TEST_F(TextReport, ColorsVerdictsOnATerminal)
     addThreeFonts();
     outputColumns = 80;
     const Outcome outcome = run({"scan", at("Fonts")});
-    EXPECT_THAT(outcome.output, HasSubstr("\x1b[31m✗\x1b[0m \x1b[31mRestricted\x1b[0m"));
-    EXPECT_THAT(outcome.output, HasSubstr("\x1b[33m?\x1b[0m \x1b[33mUnknown\x1b[0m"));
-    EXPECT_THAT(outcome.output, HasSubstr("\x1b[32m✓\x1b[0m \x1b[32mLikely OK to embed\x1b[0m"));
+    EXPECT_THAT(outcome.output, HasSubstr("\x1b[31m✗ Restricted\x1b[0m"));
+    EXPECT_THAT(outcome.output, HasSubstr("\x1b[33m? Unknown\x1b[0m"));
+    EXPECT_THAT(outcome.output, HasSubstr("\x1b[32m✓ Likely OK\x1b[0m"));
 }
 
 struct ColorCase {
@@ -250,7 +321,7 @@ TEST_F(TextReport, InAFileIsPlainAndUncutAlsoWhenStartedFromATerminal)
     const auto report = content("report.txt");
     ASSERT_TRUE(report);
     EXPECT_THAT(*report, Not(HasSubstr("\x1b")));
-    EXPECT_THAT(*report, HasSubstr("\n  Restricted  Acme Bold      AcmeHeadline-Bold  TrueType"));
+    EXPECT_THAT(*report, HasSubstr("\nAcme Bold      ✗ Restricted  "));
 }
 
 // Each of these would do something to a terminal if it got there.
@@ -316,26 +387,7 @@ TEST_F(TextReport, KeepsALineOfTextOnOneLine)
     FontValues font = likelyOKFont();
     font.fullName = u"Two\r\n  Lines \n\n";
     addFile("Fonts/a.ttf", {font});
-    EXPECT_THAT(run({"scan", at("Fonts")}).output, HasSubstr("  Likely OK   Two Lines  Cedar"));
-}
-
-struct PagesCase {
-    std::vector<int> pages;
-    std::string text;
-};
-
-TEST(PageRanges, JoinPagesThatFollowEachOther)
-{
-    const std::vector<PagesCase> cases{
-        {{}, ""},
-        {{1}, "1"},
-        {{1, 2}, "1-2"},
-        {{1, 2, 3, 7}, "1-3, 7"},
-        {{2, 4, 6}, "2, 4, 6"},
-        {{1, 3, 4, 5, 9, 10}, "1, 3-5, 9-10"},
-    };
-    for (const PagesCase& test : cases)
-        EXPECT_EQ(cli::pageRanges(test.pages), test.text);
+    EXPECT_THAT(run({"scan", at("Fonts")}).output, HasSubstr("\nTwo Lines  ✓ Likely OK  "));
 }
 
 } // namespace

@@ -325,5 +325,28 @@ TEST(JsonWriterDeathTest, WrongNestingIsCaught)
 }
 #endif
 
+TEST(JsonWriter, WritesAllOnOneLineWhenAsked)
+{
+    std::string json;
+    JsonWriter writer(json, JsonWriter::Layout::oneLine);
+    writer.beginObject();
+    writer.member("text", "one\ntwo\r\u2028");
+    writer.key("empty");
+    writer.beginArray();
+    writer.endArray();
+    writer.key("numbers");
+    writer.beginArray();
+    writer.value(std::int64_t{1});
+    writer.value(std::int64_t{2});
+    writer.endArray();
+    writer.key("object");
+    writer.beginObject();
+    writer.member("flag", true);
+    writer.endObject();
+    writer.endObject();
+    EXPECT_EQ(json, "{\"text\": \"one\\ntwo\\r\\u2028\", \"empty\": [], \"numbers\": [1, 2], "
+                    "\"object\": {\"flag\": true}}");
+}
+
 } // namespace
 } // namespace quillmark

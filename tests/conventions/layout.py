@@ -8,6 +8,7 @@ CORE = {
     "assessment": ["text", "fontfile"],
     "library": ["text", "files", "fontfile"],
     "pdf": ["text", "fontfile", "assessment"],
+    "listing": ["text", "files", "fontfile", "assessment", "library", "pdf"],
     "coding": ["text", "fontfile", "assessment", "pdf"],
     "notes": ["text", "files"],
     "export": ["text", "files", "fontfile", "assessment", "pdf", "notes"],
@@ -15,14 +16,30 @@ CORE = {
 
 # The libraries of the desktop application, each with the folders that it may include.
 APP = {
-    "model": ["text", "files", "fontfile", "assessment", "library", "pdf", "notes", "export"],
+    "model": ["text", "files", "fontfile", "assessment", "library", "pdf", "notes", "export", "listing"],
+    "update": ["text", "fontfile", "assessment"],
+    "ui": [
+        "text",
+        "files",
+        "fontfile",
+        "assessment",
+        "library",
+        "pdf",
+        "notes",
+        "export",
+        "listing",
+        "model",
+        "update",
+    ],
 }
 
 LIBRARIES = {**CORE, **APP}
 
 # What stands on core/ besides. Nothing in core/ includes any of it.
 FACES = {
-    "cli": list(CORE),
+    "cli": [*CORE, "reader"],
+    "reader": ["text", "files", "fontfile", "library", "pdf"],
+    "app/main.cpp": [*CORE, "reader", *APP],
 }
 
 # Code that is not shipped, and may include everything.
@@ -53,11 +70,13 @@ THIRD_PARTY = {
     "nlohmann-json": (r"nlohmann/.*", ["core/coding/RecordCoding.cpp", "core/notes/NotesJson.cpp"]),
     "CLI11": (r"CLI/.*", ["cli/Options.cpp"]),
     "Qt's core": (
-        r"Q(ByteArray|CoreApplication|Event|EventLoop|Object|Pointer|Settings|StandardPaths|String|StringList"
-        r"|Thread|ThreadPool|Uuid)",
+        r"Q(ByteArray|ByteArrayView|CoreApplication|DateTime|Event|EventLoop|List|Object|Pointer|Settings"
+        r"|StandardPaths|String|StringList|SysInfo|Thread|ThreadPool|Timer|Url|Uuid|Variant|XmlStreamReader)",
         ["app/*"],
     ),
-    "Qt's PDF writer": (r"QFont|QGuiApplication|QPainter|QPdfWriter", ["tests"]),
+    "Qt's network": (r"QNetwork\w+", ["app/update/*"]),
+    "libsodium": (r"sodium\.h", ["app/update/FeedSignature.cpp"]),
+    "Qt's windows": (r"Q[A-Z]\w+", ["app/ui/*", "app/main.cpp"]),
     "GoogleTest": (r"g(test|mock)/.*", ["tests"]),
     "Google Benchmark": (r"benchmark/.*", ["bench"]),
 }

@@ -100,12 +100,51 @@ TEST(ReportText, BlockHasEverythingThatIsKnownInOrder)
 
 TEST(ReportText, NoteHasOnlyWhatIsGiven)
 {
-    LicenseNote note;
-    note.text = "Ask the foundry";
-    EXPECT_EQ(texts(ReportText::block(bareRow(), &note))[4], "  Your note: Ask the foundry");
-    note = {};
-    note.url = "https://example.com/";
-    EXPECT_EQ(texts(ReportText::block(bareRow(), &note))[4], "  Your note: https://example.com/");
+    const auto line = [](const LicenseNote& note) {
+        return texts(ReportText::block(bareRow(), &note)).at(4);
+    };
+    LicenseNote licensed;
+    licensed.license = HeldLicense::desktopCommercial;
+    EXPECT_EQ(line(licensed), "  Your note: Desktop + commercial products / POD");
+    LicenseNote bought;
+    bought.boughtFrom = "Example Shop";
+    EXPECT_EQ(line(bought), "  Your note: from Example Shop");
+    LicenseNote linked;
+    linked.url = "https://example.com/";
+    EXPECT_EQ(line(linked), "  Your note: https://example.com/");
+    LicenseNote attached;
+    attached.attachment = "Cedar-Regular-1.pdf";
+    attached.attachmentName = "receipt.pdf";
+    EXPECT_EQ(line(attached), "  Your note: file: receipt.pdf");
+    LicenseNote written;
+    written.text = "Ask the foundry";
+    EXPECT_EQ(line(written), "  Your note: Ask the foundry");
+    written.attachmentName = "receipt.pdf";
+    EXPECT_EQ(line(written), "  Your note: file: receipt.pdf; Ask the foundry");
+}
+
+TEST(ReportText, WholeProgramsAndThoseOfEveryKindAreToldWithTheirPages)
+{
+    AuditRow row = bareRow();
+    row.pdf = PDFFontInfo{};
+    for (const auto& [program, told] :
+         {std::pair(EmbeddedProgram::notEmbedded, "Not embedded"),
+          std::pair(EmbeddedProgram::trueType, "Embedded (TrueType)"),
+          std::pair(EmbeddedProgram::openType, "Embedded (OpenType)"),
+          std::pair(EmbeddedProgram::cff, "Embedded (CFF)"),
+          std::pair(EmbeddedProgram::type1, "Embedded (Type 1)"),
+          std::pair(EmbeddedProgram::type3, "Type 3 (drawn glyphs)")}) {
+        row.pdf->program = program;
+        row.pdf->pages = {3};
+        EXPECT_EQ(texts(ReportText::block(row, nullptr)).at(4),
+                  std::string("  In the PDF: ") + told + "; pages 3");
+    }
+}
+
+TEST(ReportText, OfAListWithoutFontsCountsNone)
+{
+    EXPECT_EQ(ReportText::heading("", "", "", {})[3].text(),
+              "0 fonts: 0 restricted, 0 unknown, 0 likely OK.");
 }
 
 TEST(ReportText, NoteKeepsTheLinesThatWereTyped)

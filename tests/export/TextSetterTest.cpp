@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <numeric>
+#include <span>
 
 namespace quillmark {
 namespace {
@@ -188,6 +190,66 @@ TEST_F(Setter, ALetterAndItsMarksStayTogether)
     EXPECT_GT(counts.size(), 2U);
     for (const std::size_t count : counts)
         EXPECT_EQ(count % 2, 0U);
+}
+
+TEST_F(Setter, ALongTextHasNoShortLineWhereItsLayoutWasCut)
+{
+    std::string word;
+    for (int count = 0; count < 5000; ++count)
+        word += "\u4E2D";
+    const auto counts = lengths(paragraph(word));
+    ASSERT_GT(counts.size(), 60U);
+    for (const std::size_t count : std::span(counts).first(counts.size() - 1))
+        EXPECT_EQ(count, counts.front());
+    EXPECT_EQ(std::accumulate(counts.begin(), counts.end(), std::size_t{}), 5000U);
+}
+
+TEST_F(Setter, ALongTextWithAnotherScriptHasTheLinesThatItHasWithout)
+{
+    std::string words;
+    for (int count = 0; count < 1000; ++count)
+        words += std::string(static_cast<std::size_t>(count % 12 + 1), 'x') + ' ';
+    const auto plain = lengths(paragraph(words));
+    auto mixed = lengths(paragraph(words + "\u4E2D"));
+    ASSERT_EQ(mixed.size(), plain.size());
+    --mixed.back();
+    EXPECT_EQ(mixed, plain);
+}
+
+TEST_F(Setter, MarksWithoutEndAreCutAndGoOn)
+{
+    std::string word = "a";
+    for (int count = 0; count < 4999; ++count)
+        word += "\u0301";
+    const auto counts = lengths(paragraph(word));
+    // A mark that starts the rest of the text gets a dotted circle to stand on.
+    EXPECT_GE(std::accumulate(counts.begin(), counts.end(), std::size_t{}), 5000U);
+}
+
+TEST_F(Setter, AVariationOfAnIdeographInALongTextIsOneGlyphWithItsSelector)
+{
+    std::string text;
+    for (int count = 0; count < 40; ++count)
+        text += "\u4E2D";
+    const auto plain = lengths(paragraph(text));
+    EXPECT_EQ(lengths(paragraph(text + "\uFE00")), plain);
+}
+
+TEST_F(Setter, EachRunOfIdeographsKeepsItsInk)
+{
+    Paragraph colored = paragraph({});
+    std::string name;
+    for (int count = 0; count < 20; ++count)
+        name += "\u4E2D";
+    colored.runs = {{name}, {name, Weight::bold, Ink::restricted}};
+    const auto lines = m_setter.lines(colored);
+    ASSERT_EQ(lines.size(), 1U);
+    const auto& runs = lines[0].runs;
+    ASSERT_EQ(runs.size(), 2U);
+    for (const std::size_t run : {0U, 1U})
+        EXPECT_EQ(runs[run].codes.size(), 40U);
+    EXPECT_EQ(runs[0].ink, Ink::black);
+    EXPECT_EQ(runs[1].ink, Ink::restricted);
 }
 
 TEST_F(Setter, AnotherScriptKeepsTheColorsOfItsRuns)

@@ -3,6 +3,7 @@
 // usage: report_samples FOLDER
 
 #include "export/PDFReport.h"
+#include "text/Utf8.h"
 
 #include <chrono>
 #include <cstdlib>
@@ -106,6 +107,18 @@ Report scripts()
     return report;
 }
 
+/// More different ideographs than are drawn anew.
+Report ideographs()
+{
+    Report report;
+    std::string name;
+    for (char32_t character = 0x4E00; character < 0x4E00 + 1500; ++character)
+        Utf8::append(name, character);
+    report.rows.push_back(row(name));
+    report.rows.push_back(row("The last font"));
+    return report;
+}
+
 Report hostile()
 {
     constexpr std::size_t longest = 32'767; // characters of a name in a font
@@ -143,6 +156,7 @@ int main(int argc, char** argv)
     write(folder / "again.pdf", typical());
     write(folder / "pages.pdf", manyPages());
     write(folder / "scripts.pdf", scripts());
+    write(folder / "ideographs.pdf", ideographs());
     write(folder / "hostile.pdf", hostile());
     write(folder / "empty.pdf", {});
 

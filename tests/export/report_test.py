@@ -90,7 +90,49 @@ def drawn_outside(report, page):
 
 def objects(report):
     """qpdf's view of the file."""
-    return json.loads(run("qpdf", "--json", report))
+    return json.loads(run("qpdf", "--json=1", report))
+
+
+def shown(report):
+    """For each page what its operators show, in their order: the face without its prefix, its size,
+    the colour, and where it starts, in points from the lower left corner."""
+    file = objects(report)
+    everything = file["objects"]
+    root = everything[everything["trailer"]["/Root"]]
+    resources = everything[everything[root["/Pages"]]["/Resources"]]
+    faces = {
+        name: everything[font]["/BaseFont"].split("+")[1]
+        for name, font in resources["/Font"].items()
+    }
+    return [shown_by(content(report, page["contents"][0]), faces) for page in file["pages"]]
+
+
+def content(report, reference):
+    number = reference.split()[0]
+    return run("qpdf", f"--show-object={number}", "--filtered-stream-data", report)
+
+
+def shown_by(operators, faces):
+    found, operands = [], []
+    # A string is one token; what is in it may look like operators.
+    for token in re.findall(rb"\((?:\\.|[^\\)])*\)|[^\s()]+", operators, re.S):
+        if token == b"BT":
+            x = y = 0
+        elif token == b"Tf":
+            font, size = faces[operands[-2].decode()], float(operands[-1])
+        elif token == b"rg":
+            color = tuple(float(part) for part in operands[-3:])
+        elif token == b"Td":
+            x, y = x + float(operands[-2]), y + float(operands[-1])
+        elif token == b"Tj":
+            found.append((font, size, color, round(x, 3), round(y, 3)))
+        operands = [] if token.isalpha() else [*operands, token]
+    return found
+
+
+REGULAR, BOLD = "CourierPrime-Regular", "CourierPrime-Bold"
+BLACK, GREY = (0.08, 0.08, 0.1), (0.35, 0.35, 0.38)
+RESTRICTED, UNKNOWN, LIKELY_OK = (0.75, 0.15, 0.12), (0.7, 0.45, 0.0), (0.1, 0.5, 0.25)
 
 
 class Report(unittest.TestCase):
@@ -211,6 +253,42 @@ class Report(unittest.TestCase):
                 for channel, part in zip(most, wanted):
                     self.assertAlmostEqual(channel, 255 * part, delta=1.5)
 
+    def test_each_line_has_its_face_size_and_color(self):
+        by_line = {}
+        for font, size, color, _, y in shown(self.report("typical"))[0]:
+            by_line.setdefault(y, []).append((font, size, color))
+        emphasised = (BOLD, 9.5, BLACK)
+        text, note = (REGULAR, 9, BLACK), (REGULAR, 9, GREY)
+        summary = [
+            emphasised, (BOLD, 9.5, RESTRICTED), emphasised, (BOLD, 9.5, UNKNOWN), emphasised,
+            (BOLD, 9.5, LIKELY_OK), emphasised,
+        ]  # fmt: skip
+        title, subtitle, check, disclaimer = [(BOLD, 16, BLACK)], [text], [note], [[note]] * 3
+        footer = [(REGULAR, 7.5, GREY)]
+        expected = [title, subtitle, check, summary, *disclaimer]
+        for verdict, reasons, facts in [(RESTRICTED, 3, 2), (UNKNOWN, 1, 2), (LIKELY_OK, 1, 9)]:
+            expected.append([emphasised, (BOLD, 9.5, verdict)])
+            expected += [[text]] * (1 + reasons) + [[note]] * facts
+        self.assertEqual([by_line[y] for y in sorted(by_line, reverse=True)], [*expected, footer])
+
+    def test_four_fonts_at_their_sizes_and_five_colors_are_all(self):
+        fonts, colors_seen = set(), set()
+        for page in shown(self.report("pages")):
+            for font, size, color, _, _ in page:
+                fonts.add((font, size))
+                colors_seen.add(color)
+        self.assertEqual(fonts, {(REGULAR, 9), (BOLD, 9.5), (BOLD, 16), (REGULAR, 7.5)})
+        self.assertEqual(colors_seen, {BLACK, GREY, RESTRICTED, UNKNOWN, LIKELY_OK})
+
+    def test_the_footer_stands_forty_points_above_the_edge_and_all_else_in_the_frame(self):
+        for *body, footer in shown(self.report("pages")):
+            self.assertEqual(footer, (REGULAR, 7.5, GREY, 54, 40))
+            for _, size, _, x, y in body:
+                self.assertGreaterEqual(x, 54)
+                self.assertLess(x, 54 + 504)
+                self.assertGreater(y, 66)
+                self.assertLess(y, 66 + 672 - size / 2)
+
     def test_text_starts_at_the_frame_and_the_footer_stands_below_it(self):
         page = words(self.report("typical"))[0]
         title = page[0][1]
@@ -275,6 +353,27 @@ class Report(unittest.TestCase):
                 self.assertIn(f"The headline of {name}.", found)
         for font in run("pdffonts", report).decode().splitlines()[2:]:
             self.assertIn(" yes yes yes ", font)
+
+    def test_many_ideographs_are_copied_drawn_and_found_as_text(self):
+        report = self.report("ideographs")
+        text = "".join(lines(report)).replace(" ", "")
+        self.assertIn("".join(chr(0x4E00 + number) for number in range(1500)), text)
+        embedded = run("pdffonts", report).decode().splitlines()[2:]
+        self.assertTrue(any("CID TrueType" in line for line in embedded), embedded)
+        self.assertTrue(all(" yes yes yes " in line for line in embedded), embedded)
+        box = next(box for word, box in words(report)[0] if word.startswith(chr(0x4E00)))
+        # As much ink as a page of text has, on each part of the line.
+        width = (box[2] - box[0]) / 10
+        for part in range(10):
+            left = box[0] + part * width
+            counts = colors(report, (left, box[1], left + width, box[3]))
+            dark = sum(count for color, count in counts.items() if max(color) < 128)
+            self.assertGreater(dark / sum(counts.values()), 0.05, part)
+        # The first is one level stroke, the second one bent stroke below it on both sides.
+        glyph = (box[3] - box[1]) * 0.8
+        middle = (box[1] + box[3]) / 2
+        above = colors(report, (box[0] + 1, box[1], box[0] + glyph - 1, middle - 2))
+        self.assertTrue(all(min(color) > 128 for color in above), above)
 
     def test_an_emoji_has_its_colors(self):
         report = self.report("scripts")
@@ -357,6 +456,83 @@ class Report(unittest.TestCase):
         fonts = run("pdffonts", self.report("broken")).decode()
         self.assertIn("+CourierPrime-Regular", fonts)
         self.assertNotIn("+CourierPrime-Bold", fonts)
+
+    def scanned(self, name, fonts, **variables):
+        """A report on the report's own face, with a note in several scripts, made where the system's
+        fonts are those that `fonts` says."""
+        settings = self.folder / f"{name}.conf"
+        settings.write_text(
+            '<?xml version="1.0"?><!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd">'
+            f"<fontconfig>{fonts}</fontconfig>"
+        )
+        notes = self.folder / f"{name}.json"
+        note = {
+            "boughtFrom": "思源黑体", "license": "notSet", "url": "", "text": "Ελλάς देवनागरी 🎉",
+            "updated": "2026-03-14T09:26:53Z",
+        }  # fmt: skip
+        notes.write_text(json.dumps({"notes": {REGULAR: note}}))
+        report = self.folder / f"{name}-scanned.pdf"
+        result = subprocess.run(
+            [PROGRAM, "scan", FONTS, "--format", "pdf", "--notes", notes, "--output", report],
+            env={**os.environ, "FONTCONFIG_FILE": str(settings), **variables},
+            capture_output=True,
+            timeout=TIME_LIMIT,
+            check=False,
+        )
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(result.stdout, b"")
+        self.assertNotIn("WARNING", run("qpdf", "--check", report).decode())
+        text = " ".join(lines(report))
+        self.assertIn("Your note: from 思源黑体; Ελλάς देवनागरी 🎉", text)
+        self.assertIn("Courier Prime Bold [Likely OK to embed]", text)
+        return run("pdffonts", report).decode(), report, result.stderr.decode()
+
+    def test_a_system_without_fonts_has_the_whole_text_in_the_reports_face(self):
+        (self.folder / "no fonts").mkdir()
+        fonts, report, told = self.scanned("none", f"<dir>{self.folder / 'no fonts'}</dir>")
+        self.assertEqual(told, "")
+        self.assertEqual(set(re.findall(r"\+(\S+)", fonts)), {REGULAR, BOLD})
+        page = words(report)[0]
+        box = next(box for word, box in page if word.startswith("思源黑体"))
+        self.assertGreater(len(colors(report, box)), 2)  # boxes, where nothing would be a lie
+
+    def test_caches_that_cannot_be_written_change_nothing(self):
+        system = "<dir>/usr/share/fonts</dir><cachedir>/dev/null/cache</cachedir>"
+        nowhere = {"HOME": "/dev/null", "XDG_CACHE_HOME": "/dev/null"}
+        fonts, _, _ = self.scanned("uncached", system, **nowhere)
+        self.assertGreater(len(set(re.findall(r"\+(\S+)", fonts))), 2)
+
+    def devanagari(self, folder, name, fs_type):
+        """A font with Devanagari in `folder` that says `fs_type` of embedding; `name` is of five
+        letters, for the start of its PostScript name."""
+        path = run("fc-match", "--format", "%{file}", "Lohit Devanagari").decode()
+        font = bytearray(Path(path).read_bytes())
+        tables = {
+            font[at : at + 4].decode(): int.from_bytes(font[at + 8 : at + 12], "big")
+            for at in range(12, 12 + 16 * int.from_bytes(font[4:6], "big"), 16)
+        }
+        font[tables["OS/2"] + 8 : tables["OS/2"] + 10] = fs_type.to_bytes(2, "big")
+        for encoding in ["latin-1", "utf-16-be"]:
+            font = font.replace("Lohit".encode(encoding), name.encode(encoding))
+        folder.mkdir(exist_ok=True)
+        (folder / f"{name}.ttf").write_bytes(font)
+
+    def test_only_fonts_that_allow_it_are_embedded(self):
+        forbidding = {"Restricted": 0x0002, "No subsetting": 0x0100, "Bitmaps": 0x0200}
+        for forbidden, allowed in [("Alder", "Birch"), ("Birch", "Alder")]:
+            for kind, fs_type in forbidding.items():
+                with self.subTest(kind=kind, forbidden=forbidden):
+                    folder = self.folder / f"{kind} {forbidden}"
+                    self.devanagari(folder, forbidden, fs_type)
+                    self.devanagari(folder, allowed, 0x0004)
+                    fonts, _, _ = self.scanned(folder.name, f"<dir>{folder}</dir>")
+                    names = set(re.findall(r"\+(\S+)", fonts)) - {REGULAR, BOLD}
+                    self.assertEqual(names, {f"{allowed}-Devanagari"})
+
+    def test_text_that_only_a_restricted_font_has_is_boxes_and_found(self):
+        self.devanagari(self.folder / "only", "Alder", 0x0002)
+        fonts, _, _ = self.scanned("only", f"<dir>{self.folder / 'only'}</dir>")
+        self.assertEqual(set(re.findall(r"\+(\S+)", fonts)), {REGULAR, BOLD})
 
     def moved(self, name, with_module):
         """The samples' program with its files, somewhere else."""

@@ -9,8 +9,6 @@
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <sys/resource.h>
@@ -32,26 +30,6 @@ class Durable : public testing::Test {
 protected:
     [[nodiscard]] fs::path at(const fs::path& relative) const { return folder.path() / relative; }
 
-    [[nodiscard]] std::string content(const fs::path& relative) const
-    {
-        std::ifstream file(at(relative), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-    [[nodiscard]] std::vector<std::string> names() const
-    {
-        std::vector<std::string> found;
-        for (const auto& entry : fs::directory_iterator(folder.path()))
-            found.push_back(entry.path().filename());
-        std::ranges::sort(found);
-        return found;
-    }
-    [[nodiscard]] mode_t mode(const fs::path& relative) const
-    {
-        struct stat status {};
-        EXPECT_EQ(stat(at(relative).c_str(), &status), 0);
-        return status.st_mode & 07777U;
-    }
-
     TemporaryFolder folder;
 };
 
@@ -60,23 +38,23 @@ using DurableFileTest = Durable;
 TEST_F(DurableFileTest, HoldsWhatWasWritten)
 {
     EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
-    EXPECT_EQ(content("a"), "new");
-    EXPECT_THAT(names(), ElementsAre("a"));
+    EXPECT_EQ(folder.content("a"), "new");
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 TEST_F(DurableFileTest, TakesThePlaceOfALongerOne)
 {
     folder.write("a", "a longer text from before");
     EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
-    EXPECT_EQ(content("a"), "new");
-    EXPECT_THAT(names(), ElementsAre("a"));
+    EXPECT_EQ(folder.content("a"), "new");
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 TEST_F(DurableFileTest, CanBeEmpty)
 {
     folder.write("a", "old");
     EXPECT_EQ(writeDurably(at("a"), "", ownerOnly), std::nullopt);
-    EXPECT_EQ(content("a"), "");
+    EXPECT_EQ(folder.content("a"), "");
 }
 
 TEST_F(DurableFileTest, IsReadableForItsOwnerOnlyUntilItIsInPlace)
@@ -84,10 +62,10 @@ TEST_F(DurableFileTest, IsReadableForItsOwnerOnlyUntilItIsInPlace)
     auto made = DurableFile::create(at("a"), 0644);
     ASSERT_TRUE(std::holds_alternative<DurableFile>(made));
     auto& file = std::get<DurableFile>(made);
-    EXPECT_EQ(mode(file.temporary().filename()), 0600U);
+    EXPECT_EQ(folder.mode(file.temporary().filename()), 0600U);
     EXPECT_EQ(file.temporary().parent_path(), folder.path());
     EXPECT_EQ(file.commit(), std::nullopt);
-    EXPECT_EQ(mode("a"), 0644U);
+    EXPECT_EQ(folder.mode("a"), 0644U);
 }
 
 TEST_F(DurableFileTest, KeepsThePermissionsOfTheFormerOne)
@@ -95,7 +73,7 @@ TEST_F(DurableFileTest, KeepsThePermissionsOfTheFormerOne)
     folder.write("a", "old");
     ASSERT_EQ(chmod(at("a").c_str(), 0640), 0);
     EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
-    EXPECT_EQ(mode("a"), 0640U);
+    EXPECT_EQ(folder.mode("a"), 0640U);
 }
 
 TEST_F(DurableFileTest, KeepsNoRightToRunAsItsOwner)
@@ -103,7 +81,7 @@ TEST_F(DurableFileTest, KeepsNoRightToRunAsItsOwner)
     folder.write("a", "old");
     ASSERT_EQ(chmod(at("a").c_str(), 06755), 0);
     EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
-    EXPECT_EQ(mode("a"), 0755U);
+    EXPECT_EQ(folder.mode("a"), 0755U);
 }
 
 TEST_F(DurableFileTest, KeepsOwnerAndGroupWhereTheyCanBeGiven)
@@ -117,7 +95,7 @@ TEST_F(DurableFileTest, KeepsOwnerAndGroupWhereTheyCanBeGiven)
     ASSERT_EQ(stat(at("a").c_str(), &status), 0);
     EXPECT_EQ(status.st_uid, 1234U);
     EXPECT_EQ(status.st_gid, 2345U);
-    EXPECT_EQ(mode("a"), 0640U);
+    EXPECT_EQ(folder.mode("a"), 0640U);
 }
 
 TEST_F(DurableFileTest, GivesAnotherGroupNoMoreThanEverybody)
@@ -128,7 +106,7 @@ TEST_F(DurableFileTest, GivesAnotherGroupNoMoreThanEverybody)
         ASSERT_EQ(chmod(at("a").c_str(), before), 0);
         const FaultyCall faulty(Call::fchown, EPERM);
         EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
-        EXPECT_EQ(mode("a"), after);
+        EXPECT_EQ(folder.mode("a"), after);
     }
 }
 
@@ -141,8 +119,8 @@ TEST_F(DurableFileTest, ThatCanBeMadeAgainDoesNotWaitForTheDisk)
     EXPECT_EQ(writeAll(file.descriptor(), "new"), 0);
     const FaultyCall faulty(Call::fsync, EIO);
     EXPECT_EQ(file.commit(Durability::unsynced), std::nullopt);
-    EXPECT_EQ(content("a"), "new");
-    EXPECT_THAT(names(), ElementsAre("a"));
+    EXPECT_EQ(folder.content("a"), "new");
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 TEST_F(DurableFileTest, ThatIsNotCommittedLeavesNothing)
@@ -152,10 +130,10 @@ TEST_F(DurableFileTest, ThatIsNotCommittedLeavesNothing)
         auto made = DurableFile::create(at("a"), ownerOnly);
         ASSERT_TRUE(std::holds_alternative<DurableFile>(made));
         EXPECT_EQ(writeAll(std::get<DurableFile>(made).descriptor(), "half"), 0);
-        EXPECT_EQ(names().size(), 2U);
+        EXPECT_EQ(folder.names().size(), 2U);
     }
-    EXPECT_EQ(content("a"), "old");
-    EXPECT_THAT(names(), ElementsAre("a"));
+    EXPECT_EQ(folder.content("a"), "old");
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 TEST_F(DurableFileTest, BehindALinkIsReplacedAndTheLinkStays)
@@ -164,7 +142,7 @@ TEST_F(DurableFileTest, BehindALinkIsReplacedAndTheLinkStays)
     fs::create_symlink("deep/a", at("link"));
     EXPECT_EQ(writeDurably(at("link"), "new", ownerOnly), std::nullopt);
     EXPECT_TRUE(fs::is_symlink(at("link")));
-    EXPECT_EQ(content("deep/a"), "new");
+    EXPECT_EQ(folder.content("deep/a"), "new");
 }
 
 TEST_F(DurableFileTest, IsMadeWhereALinkPointsThatLedNowhere)
@@ -173,7 +151,7 @@ TEST_F(DurableFileTest, IsMadeWhereALinkPointsThatLedNowhere)
     fs::create_symlink("deep/a", at("link"));
     EXPECT_EQ(writeDurably(at("link"), "new", ownerOnly), std::nullopt);
     EXPECT_TRUE(fs::is_symlink(at("link")));
-    EXPECT_EQ(content("deep/a"), "new");
+    EXPECT_EQ(folder.content("deep/a"), "new");
 }
 
 TEST_F(DurableFileTest, BehindALinkToItselfIsAnError)
@@ -187,7 +165,7 @@ TEST_F(DurableFileTest, DoesNotReplaceAFolder)
     fs::create_directory(at("a"));
     EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), FileError::ofSystem(EISDIR));
     EXPECT_TRUE(fs::is_directory(at("a")));
-    EXPECT_THAT(names(), ElementsAre("a"));
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 TEST_F(DurableFileTest, DoesNotReplaceAPipe)
@@ -195,20 +173,20 @@ TEST_F(DurableFileTest, DoesNotReplaceAPipe)
     ASSERT_EQ(mkfifo(at("a").c_str(), 0600), 0);
     EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), (FileError{0, "Not a regular file"}));
     EXPECT_TRUE(fs::is_fifo(at("a")));
-    EXPECT_THAT(names(), ElementsAre("a"));
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 TEST_F(DurableFileTest, InAMissingFolderIsAnError)
 {
     EXPECT_EQ(writeDurably(at("missing/a"), "new", ownerOnly), FileError::ofSystem(ENOENT));
-    EXPECT_THAT(names(), ElementsAre());
+    EXPECT_THAT(folder.names(), ElementsAre());
 }
 
 TEST_F(DurableFileTest, BelowAFileIsAnError)
 {
     folder.write("file", "x");
     EXPECT_EQ(writeDurably(at("file/a"), "new", ownerOnly), FileError::ofSystem(ENOTDIR));
-    EXPECT_THAT(names(), ElementsAre("file"));
+    EXPECT_THAT(folder.names(), ElementsAre("file"));
 }
 
 TEST_F(DurableFileTest, ErrorsSpeakTheSystemsWords)
@@ -229,7 +207,7 @@ TEST_F(DurableFileTest, IsWrittenWholeThroughInterruptedAndShortWrites)
         error = writeDurably(at("a"), bytes, ownerOnly);
     }
     EXPECT_EQ(error, std::nullopt);
-    EXPECT_EQ(content("a"), bytes);
+    EXPECT_EQ(folder.content("a"), bytes);
 }
 
 struct Fault {
@@ -249,8 +227,8 @@ TEST_P(DurableFileFault, LeavesTheFormerFileAndNoOther)
         error = writeDurably(at("a"), "new", ownerOnly);
     }
     EXPECT_EQ(error, FileError::ofSystem(GetParam().error));
-    EXPECT_EQ(content("a"), "old");
-    EXPECT_THAT(names(), ElementsAre("a"));
+    EXPECT_EQ(folder.content("a"), "old");
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 TEST_P(DurableFileFault, LeavesNothingWhereNoFileWas)
@@ -259,7 +237,7 @@ TEST_P(DurableFileFault, LeavesNothingWhereNoFileWas)
         const FaultyCall faulty(GetParam().call, GetParam().error);
         EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), FileError::ofSystem(GetParam().error));
     }
-    EXPECT_THAT(names(), ElementsAre());
+    EXPECT_THAT(folder.names(), ElementsAre());
 }
 
 INSTANTIATE_TEST_SUITE_P(DurableFile, DurableFileFault,
@@ -282,8 +260,8 @@ TEST_F(DurableFileTest, IsReplacedAlreadyWhenTheFolderCannotBePutOnTheDisk)
         error = writeDurably(at("a"), "new", ownerOnly);
     }
     EXPECT_EQ(error, FileError::ofSystem(EIO));
-    EXPECT_EQ(content("a"), "new");
-    EXPECT_THAT(names(), ElementsAre("a"));
+    EXPECT_EQ(folder.content("a"), "new");
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 TEST_F(DurableFileTest, IsWrittenWhereTheFileSystemKnowsNoSync)
@@ -296,7 +274,7 @@ TEST_F(DurableFileTest, IsWrittenWhereTheFileSystemKnowsNoPermissions)
 {
     const FaultyCall faulty(Call::fchmod, EPERM);
     EXPECT_EQ(writeDurably(at("a"), "new", 0644), std::nullopt);
-    EXPECT_EQ(mode("a"), 0600U);
+    EXPECT_EQ(folder.mode("a"), 0600U);
 }
 
 TEST_F(DurableFileTest, StaysAsItWasWhenTheLimitOnFileSizesIsReached)
@@ -313,8 +291,8 @@ TEST_F(DurableFileTest, StaysAsItWasWhenTheLimitOnFileSizesIsReached)
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(content("a"), "old");
-    EXPECT_THAT(names(), ElementsAre("a"));
+    EXPECT_EQ(folder.content("a"), "old");
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 } // namespace

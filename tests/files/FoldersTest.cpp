@@ -8,27 +8,19 @@
 #include <cerrno>
 #include <filesystem>
 #include <optional>
-#include <sys/stat.h>
 
 namespace quillmark::test {
 namespace {
 
 namespace fs = std::filesystem;
 
-mode_t mode(const fs::path& path)
-{
-    struct stat status {};
-    EXPECT_EQ(stat(path.c_str(), &status), 0);
-    return status.st_mode & 07777U;
-}
-
 TEST(MakeFolders, MakesEveryMissingOneForItsOwnerOnly)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(makeFolders(folder.path() / "share/Quillmark/deep"), std::nullopt);
-    EXPECT_EQ(mode(folder.path() / "share"), 0700U);
-    EXPECT_EQ(mode(folder.path() / "share/Quillmark"), 0700U);
-    EXPECT_EQ(mode(folder.path() / "share/Quillmark/deep"), 0700U);
+    EXPECT_EQ(folder.mode("share"), 0700U);
+    EXPECT_EQ(folder.mode("share/Quillmark"), 0700U);
+    EXPECT_EQ(folder.mode("share/Quillmark/deep"), 0700U);
 }
 
 TEST(MakeFolders, LeavesAnExistingOneAsItIs)
@@ -38,7 +30,7 @@ TEST(MakeFolders, LeavesAnExistingOneAsItIs)
     fs::permissions(folder.path() / "a", fs::perms(0755));
     EXPECT_EQ(makeFolders(folder.path() / "a"), std::nullopt);
     EXPECT_EQ(makeFolders(folder.path() / "a/"), std::nullopt);
-    EXPECT_EQ(mode(folder.path() / "a"), 0755U);
+    EXPECT_EQ(folder.mode("a"), 0755U);
 }
 
 TEST(MakeFolders, TakesASlashAtTheEnd)

@@ -427,5 +427,43 @@ TEST(ReadFile, NamesOfManyFacesAreBoundedTogether)
     EXPECT_EQ(records.back().family, "large");
 }
 
+TEST(Settling, LeavesNoTableAndTheSameFacts)
+{
+    PlatformFont named = platformFont("", {{0, u"(c) Foo"}, {1, u"Foo"}, {6, u"Foo-Bold"}});
+    PlatformFont fullNameOnly = platformFont("", {{4, u"Foo Bold"}, {256, u"Weight"}});
+    PlatformFont nameless = platformFont("");
+    nameless.names = {{1, "Known to the service"}};
+    FakeFontService service;
+    service.files["/f/a.ttc"] = {named, fullNameOnly, nameless};
+    for (PlatformFont& face : service.files["/f/a.ttc"])
+        face.path = "/f/a.ttc";
+    const auto before = FontLibrary::readFile(service, "/f/a.ttc", FontOrigin::folder);
+
+    FontLibrary::settle(service.files["/f/a.ttc"], Faces::all);
+    for (const PlatformFont& face : service.files["/f/a.ttc"]) {
+        EXPECT_FALSE(face.name);
+        EXPECT_THAT(face.names, IsEmpty());
+        EXPECT_TRUE(face.settledNames);
+    }
+    EXPECT_EQ(FontLibrary::readFile(service, "/f/a.ttc", FontOrigin::folder), before);
+}
+
+TEST(FacesOfEach, ComeOnceForEachFileUnderItsPlace)
+{
+    FakeFontService service;
+    std::vector<std::string> files;
+    for (int i = 0; i < 100; ++i) {
+        files.push_back("/f/" + std::to_string(i));
+        service.files[files.back()] = {platformFont(std::to_string(i))};
+    }
+    std::vector<std::vector<std::string>> names(files.size());
+    service.facesOfEach(files, Faces::all, [&](std::size_t i, std::vector<PlatformFont>&& faces) {
+        for (const PlatformFont& face : faces)
+            names[i].push_back(face.postScriptName);
+    });
+    for (std::size_t i = 0; i < names.size(); ++i)
+        EXPECT_THAT(names[i], ElementsAre(std::to_string(i)));
+}
+
 } // namespace
 } // namespace quillmark

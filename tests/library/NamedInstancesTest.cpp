@@ -75,6 +75,25 @@ TEST(NamedInstances, HaveTheirOwnNamesAndEverythingElseOfTheirFont)
     EXPECT_EQ(instances[1], light);
 }
 
+TEST(NamedInstances, AreTheSameOfSettledFaces)
+{
+    const PlatformFont font = variableFont("/f/var.ttf");
+    PlatformFont other = font;
+    other.postScriptName = "Other";
+    FakeFontService service;
+    service.files["/f/var.ttf"] = {font, other};
+    const std::vector fonts{listed(font), listed(other)};
+    const auto before = FontLibrary::namedInstances(service, fonts);
+    ASSERT_THAT(before, SizeIs(4));
+    FontLibrary::settle(service.files["/f/var.ttf"], Faces::variable);
+    for (const PlatformFont& face : service.files["/f/var.ttf"])
+        EXPECT_FALSE(face.name || face.fvar);
+    // The fake knows variable faces by their tables.
+    for (PlatformFont& face : service.files["/f/var.ttf"])
+        face.fvar.emplace();
+    EXPECT_EQ(FontLibrary::namedInstances(service, fonts), before);
+}
+
 TEST(NamedInstances, KeepALicenceFileThatTheFontGot)
 {
     const PlatformFont font = variableFont("/f/var.ttf");

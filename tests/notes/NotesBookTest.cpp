@@ -86,5 +86,45 @@ TEST(NotesBook, TakesUnknownKeysOverFromTheFormerNote)
               (LicenseNote{.text = "two", .unknownKeys = {{"seats", "3"}, {"tags", "[]"}}}));
 }
 
+struct TakenOver {
+    std::string name; // of the case
+    std::optional<std::string> before, ours, theirs, expected;
+};
+
+class NotesBookTakesOver : public testing::TestWithParam<TakenOver> {};
+
+TEST_P(NotesBookTakesOver, WhatOthersHaveChangedAndWeHaveNot)
+{
+    const auto book = [](const std::optional<std::string>& text) {
+        NotesBook made{.notes = {{"Bodoni", noteWithText("the same everywhere")}}};
+        if (text) {
+            made.set(noteWithText(*text), "Garamond");
+            made.unknownKeys["colour"] = '"' + *text + '"';
+        }
+        return made;
+    };
+    NotesBook ours = book(GetParam().ours);
+    ours.takeOver(book(GetParam().before), book(GetParam().theirs));
+    EXPECT_EQ(ours, book(GetParam().expected));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , NotesBookTakesOver,
+    testing::Values(TakenOver{"nothing", "1", "1", "1", "1"},
+                    TakenOver{"a new one", {}, {}, "theirs", "theirs"},
+                    TakenOver{"another text", "1", "1", "theirs", "theirs"},
+                    TakenOver{"a removal", "1", "1", {}, {}},
+                    TakenOver{"but not over our text", "1", "ours", "theirs", "ours"},
+                    TakenOver{"but not over our new one", {}, "ours", "theirs", "ours"},
+                    TakenOver{"but not over our removal", "1", {}, "theirs", {}},
+                    TakenOver{"but no removal of our text", "1", "ours", {}, "ours"},
+                    TakenOver{"and leaves ours where they did nothing", "1", "ours", "1", "ours"}),
+    [](const auto& tested) {
+        std::string name = tested.param.name;
+        for (char& character : name)
+            if (character == ' ') character = '_';
+        return name;
+    });
+
 } // namespace
 } // namespace quillmark

@@ -8,13 +8,10 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <optional>
 #include <random>
 #include <sched.h>
@@ -41,25 +38,6 @@ class NotesFileTest : public testing::Test {
 protected:
     [[nodiscard]] fs::path at(const fs::path& relative) const { return folder.path() / relative; }
 
-    [[nodiscard]] std::string content(const fs::path& relative) const
-    {
-        std::ifstream file(at(relative), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-    [[nodiscard]] std::vector<std::string> names(const fs::path& relative = {}) const
-    {
-        std::vector<std::string> found;
-        for (const auto& entry : fs::directory_iterator(at(relative)))
-            found.push_back(entry.path().filename());
-        std::ranges::sort(found);
-        return found;
-    }
-    [[nodiscard]] mode_t mode(const fs::path& relative) const
-    {
-        struct stat status {};
-        EXPECT_EQ(stat(at(relative).c_str(), &status), 0);
-        return status.st_mode & 07777U;
-    }
     [[nodiscard]] std::optional<NotesError> errorOf(const fs::path& relative) const
     {
         auto read = readNotesFile(at(relative));
@@ -96,21 +74,21 @@ TEST_F(NotesFileTest, SavedIsWhatIsLoaded)
     const NotesBook book = bookOf("two seats", 3);
     EXPECT_EQ(book.save(at("notes.json")), std::nullopt);
     EXPECT_EQ(NotesBook::load(at("notes.json")), book);
-    EXPECT_THAT(names(), ElementsAre("notes.json"));
+    EXPECT_THAT(folder.names(), ElementsAre("notes.json"));
 }
 
 TEST_F(NotesFileTest, WithoutNotesIsSavedAsAnObjectWithEmptyNotes)
 {
     EXPECT_EQ(NotesBook{}.save(at("notes.json")), std::nullopt);
-    EXPECT_EQ(content("notes.json"), "{\n  \"notes\": {}\n}\n");
+    EXPECT_EQ(folder.content("notes.json"), "{\n  \"notes\": {}\n}\n");
 }
 
 TEST_F(NotesFileTest, IsMadeWithTheMissingFoldersForItsOwnerOnly)
 {
     EXPECT_EQ(bookOf("x").save(at("share/Quillmark/notes.json")), std::nullopt);
-    EXPECT_EQ(mode("share"), 0700U);
-    EXPECT_EQ(mode("share/Quillmark"), 0700U);
-    EXPECT_EQ(mode("share/Quillmark/notes.json"), 0600U);
+    EXPECT_EQ(folder.mode("share"), 0700U);
+    EXPECT_EQ(folder.mode("share/Quillmark"), 0700U);
+    EXPECT_EQ(folder.mode("share/Quillmark/notes.json"), 0600U);
 }
 
 TEST_F(NotesFileTest, KeepsThePermissionsThatItsOwnerGaveIt)
@@ -118,7 +96,7 @@ TEST_F(NotesFileTest, KeepsThePermissionsThatItsOwnerGaveIt)
     EXPECT_EQ(bookOf("old").save(at("notes.json")), std::nullopt);
     ASSERT_EQ(chmod(at("notes.json").c_str(), 0640), 0);
     EXPECT_EQ(bookOf("new").save(at("notes.json")), std::nullopt);
-    EXPECT_EQ(mode("notes.json"), 0640U);
+    EXPECT_EQ(folder.mode("notes.json"), 0640U);
 }
 
 TEST_F(NotesFileTest, BehindALinkIsReplacedAndTheLinkStays)
@@ -146,8 +124,8 @@ TEST_F(NotesFileTest, BelowAFileCannotBeSaved)
     EXPECT_EQ(error->kind, NotesError::Kind::notSaved);
     EXPECT_EQ(error->sentence(),
               at("Quillmark/notes.json").string() + " could not be written: Not a directory.");
-    EXPECT_THAT(names(), ElementsAre("Quillmark"));
-    EXPECT_EQ(content("Quillmark"), "a file");
+    EXPECT_THAT(folder.names(), ElementsAre("Quillmark"));
+    EXPECT_EQ(folder.content("Quillmark"), "a file");
 }
 
 TEST_F(NotesFileTest, IsNotSavedInPlaceOfAFolder)
@@ -156,7 +134,7 @@ TEST_F(NotesFileTest, IsNotSavedInPlaceOfAFolder)
     const auto error = bookOf("x").save(at("notes.json"));
     ASSERT_TRUE(error);
     EXPECT_EQ(error->reason, "Is a directory");
-    EXPECT_THAT(names(), ElementsAre("notes.json"));
+    EXPECT_THAT(folder.names(), ElementsAre("notes.json"));
 }
 
 TEST_F(NotesFileTest, IsNotSavedInPlaceOfAPipe)
@@ -166,7 +144,7 @@ TEST_F(NotesFileTest, IsNotSavedInPlaceOfAPipe)
     ASSERT_TRUE(error);
     EXPECT_EQ(error->reason, "Not a regular file");
     EXPECT_TRUE(fs::is_fifo(at("notes.json")));
-    EXPECT_THAT(names(), ElementsAre("notes.json"));
+    EXPECT_THAT(folder.names(), ElementsAre("notes.json"));
 }
 
 TEST_F(NotesFileTest, InAFolderThatMayNotBeChangedStaysAsItWas)
@@ -183,7 +161,7 @@ TEST_F(NotesFileTest, InAFolderThatMayNotBeChangedStaysAsItWas)
     ASSERT_TRUE(error);
     EXPECT_EQ(error->reason, "Permission denied");
     EXPECT_EQ(NotesBook::load(at("notes.json")), bookOf("old"));
-    EXPECT_THAT(names(), ElementsAre("notes.json"));
+    EXPECT_THAT(folder.names(), ElementsAre("notes.json"));
 }
 
 TEST_F(NotesFileTest, LargerThanCouldBeReadAgainIsNotSaved)
@@ -193,7 +171,7 @@ TEST_F(NotesFileTest, LargerThanCouldBeReadAgainIsNotSaved)
     ASSERT_TRUE(error);
     EXPECT_EQ(error->reason, "File too large");
     EXPECT_EQ(NotesBook::load(at("notes.json")), bookOf("old"));
-    EXPECT_THAT(names(), ElementsAre("notes.json"));
+    EXPECT_THAT(folder.names(), ElementsAre("notes.json"));
 }
 
 TEST_F(NotesFileTest, StaysAsItWasWhenTheLimitOnFileSizesIsReached)
@@ -208,7 +186,7 @@ TEST_F(NotesFileTest, StaysAsItWasWhenTheLimitOnFileSizesIsReached)
               }),
               0);
     EXPECT_EQ(NotesBook::load(at("notes.json")), bookOf("old"));
-    EXPECT_THAT(names(), ElementsAre("notes.json"));
+    EXPECT_THAT(folder.names(), ElementsAre("notes.json"));
 }
 
 TEST_F(NotesFileTest, OnAFullDiskStaysAsItWas)
@@ -226,7 +204,7 @@ TEST_F(NotesFileTest, OnAFullDiskStaysAsItWas)
         const auto error = bookOf("new", 1000).save(at("disk/notes.json"));
         if (!error || error->reason != "No space left on device") return 2;
         if (NotesBook::load(at("disk/notes.json")) != bookOf("old")) return 3;
-        return names("disk") == std::vector<std::string>{"notes.json"} ? 0 : 4;
+        return folder.names("disk") == std::vector<std::string>{"notes.json"} ? 0 : 4;
     });
     if (result == notPermitted) GTEST_SKIP() << "this system lets no test mount a small disk";
     EXPECT_EQ(result, 0);
@@ -250,7 +228,7 @@ TEST_F(NotesFileTest, OnAReadOnlyDiskStaysAsItWas)
     if (result == notPermitted) GTEST_SKIP() << "this system lets no test mount a disk";
     EXPECT_EQ(result, 0);
     EXPECT_EQ(NotesBook::load(at("disk/notes.json")), bookOf("old"));
-    EXPECT_THAT(names("disk"), ElementsAre("notes.json"));
+    EXPECT_THAT(folder.names("disk"), ElementsAre("notes.json"));
 }
 
 TEST_F(NotesFileTest, IsWholeWheneverTheProcessIsKilled)
@@ -274,7 +252,7 @@ TEST_F(NotesFileTest, IsWholeWheneverTheProcessIsKilled)
         ASSERT_EQ(waitpid(child, &status, 0), child);
         ASSERT_TRUE(WIFSIGNALED(status)) << "it was meant to be killed while it saved";
         const NotesBook after = NotesBook::load(at("notes.json"));
-        ASSERT_TRUE(after == one || after == other) << content("notes.json");
+        ASSERT_TRUE(after == one || after == other) << folder.content("notes.json");
         if (after != before) ++changed;
     }
     EXPECT_GT(changed, 0) << "no save came through before its process was killed";
@@ -306,7 +284,7 @@ TEST_F(NotesFileTest, BehindALinkThatLeadsNowhereIsMissing)
 TEST_F(NotesFileTest, WithAnUnknownLicenseLoadsAsAnEmptyBook)
 {
     EXPECT_EQ(bookOf("x", 2).save(at("notes.json")), std::nullopt);
-    std::string text = content("notes.json");
+    std::string text = folder.content("notes.json");
     text.replace(text.find("\"desktop\""), 9, "\"lifetime\"");
     folder.write("notes.json", text);
     EXPECT_EQ(NotesBook::load(at("notes.json")), NotesBook{});
@@ -399,9 +377,9 @@ TEST_F(NotesFileTest, ThatCannotBeReadIsKeptUnderAnotherName)
     ASSERT_TRUE(std::holds_alternative<fs::path>(kept));
     EXPECT_EQ(std::get<fs::path>(kept), at(keptName));
     EXPECT_EQ(bookOf("new").save(at("notes.json")), std::nullopt);
-    EXPECT_EQ(content(keptName), "corrupt");
+    EXPECT_EQ(folder.content(keptName), "corrupt");
     EXPECT_EQ(NotesBook::load(at("notes.json")), bookOf("new"));
-    EXPECT_THAT(names(), ElementsAre("notes.json", keptName));
+    EXPECT_THAT(folder.names(), ElementsAre("notes.json", keptName));
 }
 
 TEST_F(NotesFileTest, ThatIsKeptNeverReplacesAnother)
@@ -412,9 +390,9 @@ TEST_F(NotesFileTest, ThatIsKeptNeverReplacesAnother)
     const auto kept = keepUnreadable(at("notes.json"), moment);
     ASSERT_TRUE(std::holds_alternative<fs::path>(kept));
     EXPECT_EQ(std::get<fs::path>(kept), at("notes.unreadable-20261122T021000Z-3.json"));
-    EXPECT_EQ(content(keptName), "first");
-    EXPECT_EQ(content("notes.unreadable-20261122T021000Z-2.json"), "second");
-    EXPECT_EQ(content("notes.unreadable-20261122T021000Z-3.json"), "third");
+    EXPECT_EQ(folder.content(keptName), "first");
+    EXPECT_EQ(folder.content("notes.unreadable-20261122T021000Z-2.json"), "second");
+    EXPECT_EQ(folder.content("notes.unreadable-20261122T021000Z-3.json"), "third");
 }
 
 TEST_F(NotesFileTest, ThatMayNotBeReadIsKeptAllTheSame)
@@ -432,7 +410,7 @@ TEST_F(NotesFileTest, BehindALinkIsKeptBesideItself)
     fs::create_symlink("deep/mine.json", at("notes.json"));
     ASSERT_TRUE(std::holds_alternative<fs::path>(keepUnreadable(at("notes.json"), moment)));
     EXPECT_EQ(bookOf("new").save(at("notes.json")), std::nullopt);
-    EXPECT_EQ(content(fs::path("deep") / keptName), "corrupt");
+    EXPECT_EQ(folder.content(fs::path("deep") / keptName), "corrupt");
     EXPECT_EQ(NotesBook::load(at("deep/mine.json")), bookOf("new"));
 }
 
@@ -441,14 +419,14 @@ TEST_F(NotesFileTest, ThatIsMissingCannotBeKept)
     const auto kept = keepUnreadable(at("notes.json"), moment);
     ASSERT_TRUE(std::holds_alternative<NotesError>(kept));
     EXPECT_EQ(std::get<NotesError>(kept).reason, "No such file or directory");
-    EXPECT_THAT(names(), ElementsAre());
+    EXPECT_THAT(folder.names(), ElementsAre());
 }
 
 TEST_F(NotesFileTest, ThatIsAFolderCannotBeKept)
 {
     fs::create_directory(at("notes.json"));
     ASSERT_TRUE(std::holds_alternative<NotesError>(keepUnreadable(at("notes.json"), moment)));
-    EXPECT_THAT(names(), ElementsAre("notes.json"));
+    EXPECT_THAT(folder.names(), ElementsAre("notes.json"));
 }
 
 } // namespace

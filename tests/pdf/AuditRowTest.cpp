@@ -64,6 +64,34 @@ TEST(AuditRow, IdOfNothingIsTwoHashes)
     EXPECT_EQ(AuditRow{}.id(), "##");
 }
 
+TEST(AuditRow, AFontThatThePDFCallsByItsOwnNameHasNoOther)
+{
+    AuditRow row;
+    row.facts = fontNamed("Foo");
+    row.pdf = usedAs(EmbeddedProgram::trueType);
+    EXPECT_EQ(row.otherName(), std::nullopt);
+    row.pdf->pdfNames = {"ABCDEF+Bar", "Foo"};
+    EXPECT_EQ(row.otherName(), std::nullopt);
+}
+
+TEST(AuditRow, AFontThatThePDFCallsDifferentlyHasThePDFsFirstNameAsItsOther)
+{
+    AuditRow row;
+    row.facts = fontNamed("Unnamed font");
+    row.pdf = usedAs(EmbeddedProgram::trueType);
+    row.pdf->pdfNames = {"ABCDEF+Foo", "Bar"};
+    EXPECT_EQ(row.otherName(), "ABCDEF+Foo");
+}
+
+TEST(AuditRow, AFontThatIsInNoPDFHasNoOtherName)
+{
+    AuditRow row;
+    row.facts = fontNamed("Foo");
+    EXPECT_EQ(row.otherName(), std::nullopt);
+    row.pdf = PDFFontInfo{};
+    EXPECT_EQ(row.otherName(), std::nullopt);
+}
+
 TEST(AuditRow, ARowForAScannedFontHasItsFactsAndTheClassifiersAssessment)
 {
     FontFacts facts = fontNamed("Foo-Bold");

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -47,6 +48,25 @@ TEST(PageList, OfOnePageIsItsNumber)
 TEST(PageList, OfAFontThatIsNeverUsedIsEmpty)
 {
     EXPECT_EQ(pageList({}), "");
+}
+
+struct PagesCase {
+    std::vector<int> pages;
+    std::string text;
+};
+
+TEST(PageRanges, JoinPagesThatFollowEachOther)
+{
+    const std::vector<PagesCase> cases{
+        {{}, ""},
+        {{1}, "1"},
+        {{1, 2}, "1-2"},
+        {{1, 2, 3, 7}, "1-3, 7"},
+        {{2, 4, 6}, "2, 4, 6"},
+        {{1, 3, 4, 5, 9, 10}, "1, 3-5, 9-10"},
+    };
+    for (const PagesCase& test : cases)
+        EXPECT_EQ(pageRanges(infoOnPages(test.pages)), test.text);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <memory>
 #include <stdexcept>
 #include <utility>
 
@@ -98,8 +99,8 @@ void woff2Record(ByteWriter& writer, const WOFF2Values::Table& table)
 /// after the four bytes that a reader throws away.
 Bytes encrypted(std::span<const std::byte> plain, std::uint16_t key)
 {
-    Bytes bytes(4);
-    bytes.insert(bytes.end(), plain.begin(), plain.end());
+    Bytes bytes(4 + plain.size());
+    std::ranges::copy(plain, bytes.begin() + 4);
     for (std::byte& byte : bytes) {
         const auto cipher = static_cast<std::uint8_t>(std::to_integer<unsigned>(byte) ^ key >> 8U);
         key = static_cast<std::uint16_t>((cipher + key) * 52845U + 22719U);
@@ -137,6 +138,32 @@ Bytes brotliCompressed(std::span<const std::byte> bytes)
                                 reinterpret_cast<std::uint8_t*>(result.data())) == BROTLI_FALSE)
         throw std::runtime_error("brotli");
     result.resize(size);
+    return result;
+}
+
+Bytes brotliZeros(std::uint64_t count)
+{
+    const std::unique_ptr<BrotliEncoderState, decltype(&::BrotliEncoderDestroyInstance)> encoder(
+        ::BrotliEncoderCreateInstance(nullptr, nullptr, nullptr), ::BrotliEncoderDestroyInstance);
+    if (!encoder) throw std::runtime_error("brotli");
+    ::BrotliEncoderSetParameter(encoder.get(), BROTLI_PARAM_QUALITY, 2);
+    const std::vector<std::uint8_t> zeros(std::size_t{1} << 22U);
+    std::vector<std::uint8_t> room(std::size_t{1} << 16U);
+    Bytes result;
+    while (::BrotliEncoderIsFinished(encoder.get()) == BROTLI_FALSE) {
+        const std::size_t piece = std::min<std::uint64_t>(count, zeros.size());
+        std::size_t inLeft = piece;
+        const std::uint8_t* in = zeros.data();
+        std::size_t outLeft = room.size();
+        std::uint8_t* out = room.data();
+        const auto operation = count > 0 ? BROTLI_OPERATION_PROCESS : BROTLI_OPERATION_FINISH;
+        if (::BrotliEncoderCompressStream(encoder.get(), operation, &inLeft, &in, &outLeft, &out,
+                                          nullptr) == BROTLI_FALSE)
+            throw std::runtime_error("brotli");
+        count -= piece - inLeft;
+        const auto made = std::as_bytes(std::span(room).first(room.size() - outLeft));
+        result.insert(result.end(), made.begin(), made.end());
+    }
     return result;
 }
 

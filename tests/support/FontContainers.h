@@ -25,6 +25,8 @@ inline constexpr std::string_view trueTypeVersion{"\0\1\0\0", 4};
 [[nodiscard]] Bytes deflated(std::span<const std::byte> bytes);
 [[nodiscard]] Bytes gzipped(std::span<const std::byte> bytes);
 [[nodiscard]] Bytes brotliCompressed(std::span<const std::byte> bytes);
+/// Brotli's form of so many zeros, which are never in memory.
+[[nodiscard]] Bytes brotliZeros(std::uint64_t count);
 
 /// A WOFF 1.0 file. A table is stored as it is where compression does not make it smaller.
 /// Positions: "flavor", "numTables", and for each table, by its tag, "<tag>.offset",

@@ -1,6 +1,8 @@
 #include "support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -40,6 +42,26 @@ std::filesystem::path TemporaryFolder::write(const std::filesystem::path& relati
                                              std::string_view text) const
 {
     return write(relative, std::as_bytes(std::span(text)));
+}
+
+std::string TemporaryFolder::content(const std::filesystem::path& relative) const
+{
+    std::ifstream file(m_path / relative, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::vector<std::string> TemporaryFolder::names(const std::filesystem::path& relative) const
+{
+    std::vector<std::string> found;
+    for (const auto& entry : std::filesystem::directory_iterator(m_path / relative))
+        found.push_back(entry.path().filename());
+    std::ranges::sort(found);
+    return found;
+}
+
+mode_t TemporaryFolder::mode(const std::filesystem::path& relative) const
+{
+    return static_cast<mode_t>(std::filesystem::status(m_path / relative).permissions());
 }
 
 } // namespace quillmark::test

@@ -1,4 +1,4 @@
-#include "ModelFixture.h"
+#include "app/model/ModelFixture.h"
 
 #include "model/RandomUUID.h"
 #include "notes/NotesBook.h"
@@ -29,6 +29,17 @@ protected:
     {
         model->attachFile(key);
         prompts.answerOpen({path});
+        background.runAll();
+    }
+    /// Removes what is attached, and saves a note, to the end.
+    void remove(const std::string& key)
+    {
+        model->removeAttachment(key);
+        background.runAll();
+    }
+    void save(const LicenseNote& note, const std::string& key)
+    {
+        model->saveNote(note, key);
         background.runAll();
     }
     [[nodiscard]] std::vector<std::string> copies() const { return namesIn(places.attachments()); }
@@ -82,6 +93,7 @@ TEST_F(AttachedFiles, AreCopiedInTheBackground)
     model->attachFile("Brook");
     prompts.answerOpen({folder.write("receipt.pdf", "paid")});
     EXPECT_EQ(background.waiting(), 1U);
+    EXPECT_EQ(background.workToEnd, 1); // leaving meanwhile must not lose the receipt
     EXPECT_EQ(model->note("Brook").attachment, std::nullopt);
     const auto changed = count(&AppModel::notesChanged);
     background.runAll();
@@ -111,7 +123,7 @@ TEST_F(AttachedFiles, OfManyPiecesAreCopiedWhole)
 TEST_F(AttachedFiles, ASecondFileReplacesTheFirstCopy)
 {
     attach("Brook", "one.pdf", "1");
-    model->saveNote({.text = "Hello"}, "Brook");
+    save({.text = "Hello"}, "Brook");
     attach("Brook", "two.pdf", "2");
     EXPECT_THAT(copies(), ElementsAre("1A1B2C3D-two.pdf"));
     EXPECT_EQ(model->note("Brook").attachment, "1A1B2C3D-two.pdf");
@@ -181,7 +193,7 @@ TEST_F(AttachedFiles, WhenTheBookCannotBeSavedTheFormerCopyStays)
     const auto changed = count(&AppModel::notesChanged);
     attach("Brook", "two.pdf", "2");
     EXPECT_EQ(model->alert(),
-              places.notesFile().native() + " could not be written: Is a directory.");
+              places.notesFile().native() + " could not be written: Not a regular file.");
     EXPECT_EQ(model->note("Brook"), before);
     EXPECT_THAT(copies(), ElementsAre("0A1B2C3D-one.pdf"));
     EXPECT_EQ(*changed, 0);
@@ -192,20 +204,20 @@ TEST_F(AttachedFiles, AnEditorsOlderNoteDoesNotLoseTheAttachment)
     LicenseNote edited = model->note("Brook");
     edited.text = "Typed before the copy was ready";
     attach("Brook", "one.pdf", "1");
-    model->saveNote(edited, "Brook");
+    save(edited, "Brook");
     EXPECT_EQ(model->note("Brook").attachment, "0A1B2C3D-one.pdf");
     EXPECT_EQ(model->note("Brook").text, edited.text);
     edited.attachment = "other.pdf";
-    model->saveNote(edited, "Brook");
+    save(edited, "Brook");
     EXPECT_EQ(model->note("Brook").attachment, "0A1B2C3D-one.pdf");
 }
 
 TEST_F(AttachedFiles, RemovingDeletesTheCopyAndSaves)
 {
     attach("Brook", "one.pdf", "1");
-    model->saveNote({.text = "Hello"}, "Brook");
+    save({.text = "Hello"}, "Brook");
     now += std::chrono::seconds(5);
-    model->removeAttachment("Brook");
+    remove("Brook");
     EXPECT_THAT(copies(), IsEmpty());
     EXPECT_EQ(model->note("Brook").attachment, std::nullopt);
     EXPECT_EQ(model->note("Brook").attachmentName, std::nullopt);
@@ -216,10 +228,10 @@ TEST_F(AttachedFiles, RemovingDeletesTheCopyAndSaves)
 TEST_F(AttachedFiles, RemovingTheOnlyThingInANoteRemovesTheNote)
 {
     attach("Brook", "one.pdf", "1");
-    model->removeAttachment("Brook");
+    remove("Brook");
     EXPECT_THAT(model->notes().notes, IsEmpty());
     const auto changed = count(&AppModel::notesChanged);
-    model->removeAttachment("Brook");
+    remove("Brook");
     EXPECT_EQ(*changed, 0);
 }
 
@@ -228,13 +240,13 @@ TEST_F(AttachedFiles, ACopyIsDeletedOnlyAfterTheBookHasBeenSaved)
     attach("Brook", "one.pdf", "1");
     std::filesystem::remove(places.notesFile());
     blockSaving();
-    model->removeAttachment("Brook");
+    remove("Brook");
     EXPECT_EQ(model->alert(),
-              places.notesFile().native() + " could not be written: Is a directory.");
+              places.notesFile().native() + " could not be written: Not a regular file.");
     EXPECT_EQ(model->note("Brook").attachment, std::nullopt);
     EXPECT_THAT(copies(), ElementsAre("0A1B2C3D-one.pdf"));
     unblockSaving();
-    model->saveNote({.text = "Hello"}, "Cedar");
+    save({.text = "Hello"}, "Cedar");
     EXPECT_THAT(copies(), IsEmpty());
 }
 
@@ -242,7 +254,7 @@ TEST_F(AttachedFiles, ACopyThatIsGoneCanBeRemoved)
 {
     attach("Brook", "one.pdf", "1");
     std::filesystem::remove(places.attachments() / "0A1B2C3D-one.pdf");
-    model->removeAttachment("Brook");
+    remove("Brook");
     EXPECT_EQ(model->note("Brook").attachment, std::nullopt);
     EXPECT_EQ(model->alert(), std::nullopt);
 }
@@ -252,7 +264,7 @@ TEST_F(AttachedFiles, ACopyThatCannotBeDeletedIsReported)
     attach("Brook", "one.pdf", "1");
     std::filesystem::remove(places.attachments() / "0A1B2C3D-one.pdf");
     folder.write("data/Quillmark/Attachments/0A1B2C3D-one.pdf/file", "in a folder");
-    model->removeAttachment("Brook");
+    remove("Brook");
     EXPECT_EQ(model->alert(), "0A1B2C3D-one.pdf could not be removed: Is a directory.");
     EXPECT_EQ(model->note("Brook").attachment, std::nullopt);
 }
@@ -265,9 +277,9 @@ TEST_F(AttachedFiles, ACopyThatAnotherNoteNamesIsKept)
     folder.write("data/Quillmark/notes.json",
                  R"({"notes": {"Brook": )" + note + R"(, "Cedar": )" + note + "}}");
     model->start();
-    model->removeAttachment("Brook");
+    remove("Brook");
     EXPECT_THAT(copies(), ElementsAre("shared.pdf"));
-    model->removeAttachment("Cedar");
+    remove("Cedar");
     EXPECT_THAT(copies(), IsEmpty());
 }
 
@@ -313,7 +325,7 @@ TEST_F(AttachedFiles, AValueThatLeadsElsewhereIsNoAttachment)
         EXPECT_EQ(model->note("Brook").attachmentName, std::nullopt) << json;
         model->openAttachment("Brook");
         EXPECT_THAT(prompts.openedURLs, IsEmpty()) << json;
-        model->removeAttachment("Brook");
+        remove("Brook");
         EXPECT_EQ(content(outside), "precious") << json;
         std::filesystem::remove_all(places.attachments());
         attach("Brook", "one.pdf", "1");
@@ -332,7 +344,7 @@ TEST_F(AttachedFiles, ALinkAmongTheCopiesIsNeitherFollowedNorOpened)
     model->openAttachment("Brook");
     EXPECT_THAT(prompts.openedURLs, IsEmpty());
     EXPECT_EQ(model->alert(), "receipt.pdf could not be opened: Not a regular file.");
-    model->removeAttachment("Brook");
+    remove("Brook");
     EXPECT_THAT(copies(), IsEmpty());
     EXPECT_EQ(content(outside), "precious");
 }
@@ -350,9 +362,107 @@ TEST_F(AttachedFiles, WithoutPersistenceAreReplacedAndRemovedToo)
     attach("Brook", "one.pdf", "1");
     attach("Brook", "two.pdf", "2");
     EXPECT_THAT(copies(), ElementsAre("1A1B2C3D-two.pdf"));
-    model->removeAttachment("Brook");
+    remove("Brook");
     EXPECT_THAT(copies(), IsEmpty());
     EXPECT_FALSE(std::filesystem::exists(places.notesFile()));
+}
+
+TEST_F(AttachedFiles, AreInTheNoteWhenTheyAreSaved)
+{
+    model->attachFile("Brook");
+    prompts.answerOpen({folder.write("receipt.pdf", "paid")});
+    background.runOne();
+    EXPECT_THAT(copies(), ElementsAre("0A1B2C3D-receipt.pdf"));
+    EXPECT_EQ(model->note("Brook").attachment, std::nullopt);
+    const auto changed = count(&AppModel::notesChanged);
+    background.runOne();
+    EXPECT_EQ(*changed, 1);
+    EXPECT_EQ(model->note("Brook").attachment, "0A1B2C3D-receipt.pdf");
+    EXPECT_EQ(NotesBook::load(places.notesFile()), model->notes());
+}
+
+TEST_F(AttachedFiles, WhatIsTypedWhileTheyAreSavedStays)
+{
+    model->attachFile("Brook");
+    prompts.answerOpen({folder.write("receipt.pdf", "paid")});
+    background.runOne();
+    now += std::chrono::seconds(5);
+    model->saveNote({.text = "Typed"}, "Brook");
+    background.runAll();
+    EXPECT_EQ(model->note("Brook").text, "Typed");
+    EXPECT_EQ(model->note("Brook").attachment, "0A1B2C3D-receipt.pdf");
+    EXPECT_EQ(model->note("Brook").updated, now);
+    EXPECT_EQ(NotesBook::load(places.notesFile()), model->notes());
+}
+
+TEST_F(AttachedFiles, WhatIsTypedWhileSavingThemFailsStays)
+{
+    blockSaving();
+    model->attachFile("Brook");
+    prompts.answerOpen({folder.write("receipt.pdf", "paid")});
+    background.runOne();
+    model->saveNote({.text = "Typed"}, "Brook");
+    background.runOne();
+    unblockSaving();
+    background.runAll();
+    EXPECT_EQ(model->note("Brook").text, "Typed");
+    EXPECT_EQ(model->note("Brook").attachment, std::nullopt);
+    EXPECT_THAT(copies(), IsEmpty());
+    EXPECT_EQ(NotesBook::load(places.notesFile()), model->notes());
+}
+
+TEST_F(AttachedFiles, TwoForOneNoteInARowLeaveTheLater)
+{
+    model->attachFile("Brook");
+    prompts.answerOpen({folder.write("one.pdf", "1")});
+    model->attachFile("Brook");
+    prompts.answerOpen({folder.write("two.pdf", "2")});
+    background.runAll();
+    EXPECT_EQ(model->note("Brook").attachmentName, "two.pdf");
+    EXPECT_THAT(copies(), ElementsAre("1A1B2C3D-two.pdf"));
+    EXPECT_EQ(NotesBook::load(places.notesFile()), model->notes());
+}
+
+TEST_F(AttachedFiles, AreSavedWhenTheModelGoesAndTheFormerCopyIsRemoved)
+{
+    attach("Brook", "one.pdf", "1");
+    model->attachFile("Brook");
+    prompts.answerOpen({folder.write("two.pdf", "2")});
+    background.runOne();
+    model.reset();
+    EXPECT_EQ(NotesBook::load(places.notesFile()).note("Brook")->attachment, "1A1B2C3D-two.pdf");
+    EXPECT_THAT(copies(), ElementsAre("1A1B2C3D-two.pdf"));
+    background.runAll();
+    EXPECT_THAT(copies(), ElementsAre("1A1B2C3D-two.pdf"));
+}
+
+TEST_F(AttachedFiles, TheFileNeverNamesACopyThatIsGone)
+{
+    attach("Brook", "one.pdf", "1");
+    const auto allThere = [this] {
+        const NotesBook saved = NotesBook::load(places.notesFile());
+        for (const auto& [key, note] : saved.notes)
+            if (note.attachment &&
+                !std::filesystem::exists(places.attachments() / *note.attachment))
+                return false;
+        return true;
+    };
+    const auto step = [&] {
+        if (background.waiting() > 0) background.runOne();
+        EXPECT_TRUE(allThere());
+    };
+    model->attachFile("Brook");
+    prompts.answerOpen({folder.write("two.pdf", "2")});
+    step();
+    model->removeAttachment("Brook"); // the first one; the second is on its way
+    step();
+    model->removeAttachment("Brook");
+    step();
+    model->saveNote({.text = "Hello"}, "Brook");
+    while (background.waiting() > 0)
+        step();
+    EXPECT_THAT(copies(), IsEmpty());
+    EXPECT_EQ(model->note("Brook").attachment, std::nullopt);
 }
 
 TEST(RandomUUID, IsOneInCapitalsAndAnotherEachTime)

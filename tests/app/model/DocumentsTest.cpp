@@ -1,7 +1,9 @@
-#include "ModelFixture.h"
+#include "app/model/ModelFixture.h"
 
+#include "listing/DocumentSummary.h"
 #include "support/PDFBytes.h"
 #include "support/PDFEncryption.h"
+#include "support/SampleDocument.h"
 
 namespace quillmark::test {
 namespace {
@@ -203,6 +205,20 @@ TEST_F(Documents, AFontOfAFolderWinsOverAnInstalledOneAndTheLastFolderOverAll)
     const auto last = addScannedFolder("last", {unknownFont()});
     addCheckedDocument("a.pdf", "Brook");
     EXPECT_EQ(font(0).matchedPath, (last / "Brook.ttf").native());
+}
+
+TEST_F(Documents, StrippedFontsAreExplainedUntilTheirFolderHasBeenScanned)
+{
+    const Bytes stripped(32); // nothing that can be read as a font
+    const auto path = folder.write("a.pdf", sampleDocument(1, {{"Brook", {1}, stripped}}));
+    model->checkDocuments({path});
+    background.runAll();
+    EXPECT_TRUE(hasStrippedFields(*model->documents().at(0)));
+    const auto scanned = addScannedFolder("Fonts", {unknownFont()});
+    model->recheck(*model->documents().at(0));
+    background.runAll();
+    EXPECT_EQ(font(0).matchedPath, (scanned / "Brook.ttf").native());
+    EXPECT_FALSE(hasStrippedFields(*model->documents().at(0)));
 }
 
 TEST_F(Documents, AreMatchedToNamedInstances)

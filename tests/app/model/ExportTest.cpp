@@ -1,4 +1,4 @@
-#include "ModelFixture.h"
+#include "app/model/ModelFixture.h"
 
 #include "export/AuditExport.h"
 #include "export/PDFReport.h"
@@ -108,6 +108,7 @@ TEST_F(Export, IsWrittenInTheBackgroundAndRevealedAfterwards)
     model->export_(ExportFormat::csv);
     prompts.answerSave(folder.path() / "list.csv");
     EXPECT_EQ(background.waiting(), 1U);
+    EXPECT_EQ(background.workToEnd, 1);
     EXPECT_THAT(prompts.revealed, IsEmpty());
     EXPECT_EQ(content(folder.path() / "list.csv"), std::nullopt);
 }

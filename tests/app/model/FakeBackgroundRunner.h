@@ -15,6 +15,11 @@ public:
     {
         m_waiting.push_back({std::move(work), std::move(done)});
     }
+    void runToEnd(std::function<void()> work, std::function<void()> done) override
+    {
+        ++workToEnd;
+        run(std::move(work), std::move(done));
+    }
 
     [[nodiscard]] std::size_t waiting() const { return m_waiting.size(); }
 
@@ -32,6 +37,8 @@ public:
         while (!m_waiting.empty())
             runOne();
     }
+
+    int workToEnd{}; // how often there was work that the program must not end without
 
 private:
     struct Job {

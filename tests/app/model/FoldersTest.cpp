@@ -1,4 +1,4 @@
-#include "ModelFixture.h"
+#include "app/model/ModelFixture.h"
 
 namespace quillmark::test {
 namespace {
@@ -269,6 +269,25 @@ TEST_F(Folders, ShowInFinderRevealsThePath)
 {
     model->showInFinder("/fonts/Brook.ttf");
     EXPECT_THAT(prompts.revealed, ElementsAre("/fonts/Brook.ttf"));
+}
+
+TEST_F(Folders, AnAddressIsOpenedOnlyWhenItIsOneOfTheWeb)
+{
+    model->openLink("https://example.com/\u00FC");
+    EXPECT_THAT(prompts.openedURLs, ElementsAre("https://example.com/%C3%BC"));
+    for (const std::string text : {"", "www.example.com", "file:///etc/passwd", "http://a@b",
+                                   "javascript:alert(1)", "mailto:anna@example.com"})
+        model->openLink(text);
+    EXPECT_EQ(prompts.openedURLs.size(), 1U);
+    EXPECT_EQ(model->alert(), std::nullopt);
+}
+
+TEST_F(Folders, AnAddressThatNothingOpensIsReported)
+{
+    prompts.opensURLs = false;
+    model->openLink("https://example.com");
+    EXPECT_EQ(model->alert(),
+              "https://example.com could not be opened: No program for it was found.");
 }
 
 } // namespace

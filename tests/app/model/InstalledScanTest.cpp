@@ -1,4 +1,4 @@
-#include "ModelFixture.h"
+#include "app/model/ModelFixture.h"
 
 #include <new>
 
@@ -76,6 +76,16 @@ TEST_F(InstalledScan, ARescanThatFindsTheSameNotifiesNobodyAboutRows)
     EXPECT_EQ(*scanning, 2);
     EXPECT_EQ(*scanned, 0);
     EXPECT_EQ(model->installed().span().data(), before);
+}
+
+TEST_F(InstalledScan, ItsRowsAndThoseOfFoldersCanBeShownWithoutFurtherWork)
+{
+    install(*fonts, unknownFont());
+    model->scanInstalled();
+    model->scanFolder(addFolder("one", {likelyOKFont()}), AppModel::Select::no);
+    background.runAll();
+    EXPECT_TRUE(model->installed().isPrepared());
+    EXPECT_TRUE(model->folders().at(0).rows.isPrepared());
 }
 
 TEST_F(InstalledScan, OfTwoAtOnceTheLaterOneStays)

@@ -1,8 +1,8 @@
 // An application model in a small world of a test's own: made-up fonts, panels and threads.
 #pragma once
 
-#include "FakeBackgroundRunner.h"
-#include "FakePrompts.h"
+#include "app/model/FakeBackgroundRunner.h"
+#include "app/model/FakePrompts.h"
 #include "model/AppModel.h"
 #include "support/FakeFontService.h"
 #include "support/FontValues.h"

@@ -1,4 +1,4 @@
-#include "ModelFixture.h"
+#include "app/model/ModelFixture.h"
 
 namespace quillmark::test {
 namespace {

@@ -8,7 +8,9 @@
 #include <atomic>
 #include <latch>
 #include <memory>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace quillmark::test {
 namespace {
@@ -96,6 +98,62 @@ TEST_F(RunnerInAnApplication, EndsWithTheWorkThatHasBegunAndDeliversNothing)
     QCoreApplication::processEvents();
     EXPECT_TRUE(ended);
     EXPECT_FALSE(delivered);
+}
+
+TEST_F(RunnerInAnApplication, FinishingWaitsForWhatMustNotBeLostAndDeliversIt)
+{
+    ThreadPoolRunner runner;
+    std::atomic<int> readersBegun = 0;
+    std::latch readersMayEnd(1);
+    bool readerDelivered = false;
+    bool laterReaderWorked = false;
+    std::vector<std::string> order;
+    // More than there are threads.
+    for (int i = 0; i < 64; ++i)
+        runner.run(
+            [&] {
+                ++readersBegun;
+                readersBegun.notify_one();
+                readersMayEnd.wait();
+            },
+            [&] { readerDelivered = true; });
+    readersBegun.wait(0);
+    runner.run([&] { laterReaderWorked = true; }, [] {});
+    runner.runToEnd([&] { order.emplace_back("written"); },
+                    [&] {
+                        order.emplace_back("delivered");
+                        runner.runToEnd([&] { order.emplace_back("written again"); },
+                                        [&] { order.emplace_back("delivered again"); });
+                    });
+
+    runner.finish();
+
+    EXPECT_EQ(order, (std::vector<std::string>{"written", "delivered", "written again",
+                                               "delivered again"}));
+    EXPECT_TRUE(runner.isWorking());
+    EXPECT_FALSE(readerDelivered);
+    readersMayEnd.count_down();
+    EXPECT_FALSE(laterReaderWorked);
+}
+
+TEST_F(RunnerInAnApplication, WhatMustNotBeLostDoesNotWaitForReading)
+{
+    ThreadPoolRunner runner;
+    std::latch readersMayEnd(1);
+    for (int i = 0; i < 64; ++i) // more than there are threads
+        runner.run([&] { readersMayEnd.wait(); }, [] {});
+    bool written = false;
+    runner.runToEnd([] {}, [&] { written = true; });
+    waitFor([&] { return written; });
+    readersMayEnd.count_down();
+    EXPECT_TRUE(written);
+}
+
+TEST_F(RunnerInAnApplication, FinishingNothingReturnsAtOnce)
+{
+    ThreadPoolRunner runner;
+    runner.finish();
+    EXPECT_FALSE(runner.isWorking());
 }
 
 } // namespace

@@ -1,8 +1,9 @@
-#include "FakePrompts.h"
+#include "app/model/FakePrompts.h"
 #include "library/SystemFontService.h"
 #include "model/AppModel.h"
 #include "model/RandomUUID.h"
 #include "model/ThreadPoolRunner.h"
+#include "notes/NotesBook.h"
 #include "support/FontBytes.h"
 #include "support/SampleDocument.h"
 #include "support/TemporaryFolder.h"
@@ -136,6 +137,34 @@ TEST_F(ModelOnThreads, ManyScansOfOneFolderLeaveOneEntry)
     waitFor([&] { return isIdle(*model); });
     ASSERT_EQ(model->folders().size(), 1U);
     EXPECT_EQ(model->folders()[0].rows.size(), 1U);
+}
+
+TEST_F(ModelOnThreads, TheLastOfManyEditsIsOnTheDiskWhenTheProgramHasEnded)
+{
+    auto model = makeModel();
+    for (int i = 0; i < 200; ++i) {
+        model->saveNote({.text = std::to_string(i)}, "Alder");
+        if (i % 20 == 0) QCoreApplication::processEvents();
+    }
+    runner->finish();
+    EXPECT_EQ(NotesBook::load(folder.path() / "data" / "notes.json").note("Alder")->text, "199");
+    EXPECT_EQ(model->alert(), std::nullopt);
+}
+
+TEST_F(ModelOnThreads, TheLastOfManyEditsIsOnTheDiskWhenTheModelHasGone)
+{
+    for (int round = 0; round < 20; ++round) {
+        auto model = makeModel();
+        model->start();
+        for (int i = 0; i < 5; ++i) {
+            model->saveNote({.text = std::to_string(round) + "." + std::to_string(i)}, "Alder");
+            if (i == 2) QCoreApplication::processEvents();
+        }
+        model.reset();
+        QCoreApplication::processEvents();
+    }
+    runner.reset();
+    EXPECT_EQ(NotesBook::load(folder.path() / "data" / "notes.json").note("Alder")->text, "19.4");
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "export/ProgramFiles.h"
+#include "files/ProgramFiles.h"
 
 #include <system_error>
 

@@ -1,0 +1,17 @@
+#include "files/ProcessMemory.h"
+
+#include <malloc.h>
+
+namespace quillmark {
+
+void keepMemory()
+{
+    constexpr int never = 1 << 30;         // bytes; no list of fonts is that long
+    constexpr int largestPiece = 32 << 20; // bytes; more cannot be asked for
+    constexpr int growth = 1 << 20;        // bytes
+    static_cast<void>(mallopt(M_TRIM_THRESHOLD, never));
+    static_cast<void>(mallopt(M_MMAP_THRESHOLD, largestPiece));
+    static_cast<void>(mallopt(M_TOP_PAD, growth));
+}
+
+} // namespace quillmark

@@ -1,0 +1,6 @@
+#include "reader/Service.h"
+
+int main()
+{
+    return quillmark::reader::runReader(quillmark::reader::ordinaryReading());
+}
