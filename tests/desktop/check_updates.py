@@ -18,12 +18,12 @@ import time
 from pathlib import Path
 
 from desktop import App, wait_for
-from flows import passes
+from flows import Flows
 from world import World
 
 HERE = Path(__file__).parent
 SERVER = HERE.parent / "feed" / "feed_server.py"
-FLOWS = []
+FLOWS = Flows()
 UNREACHABLE = ("Couldn’t check for updates",
                "Check your internet connection and try again. Quillmark also checks on its own "
                "about once a day.")
@@ -39,11 +39,6 @@ LIST = """<?xml version="1.0" encoding="utf-8"?>
 <description><![CDATA[<ul><li>Reads fonts faster</li></ul>]]></description>{more}</item>
 </channel></rss>
 """
-
-
-def flow(function):
-    FLOWS.append(function)
-    return function
 
 
 class Server:
@@ -94,7 +89,12 @@ class Check:
         self.app = None
 
     def begin(self):
+        if self.app:
+            self.app.kill()
         self.world.forget()
+
+    def recover(self):
+        """From a flow that has failed: nothing, for each begins with a start of its own."""
 
     def start(self):
         self.app = self.world.start()
@@ -130,7 +130,7 @@ class Check:
         return self.world.settings.read_text() if self.world.settings.exists() else ""
 
 
-@flow
+@FLOWS.add
 def without_a_feed_updates_come_with_the_system(check):
     check.app = App(check.without_feed)
     check.ask()
@@ -141,7 +141,7 @@ def without_a_feed_updates_come_with_the_system(check):
     assert "[updates]" not in check.settings()
 
 
-@flow
+@FLOWS.add
 def nobody_listening_is_a_failure(check):
     check.start()
     check.ask()
@@ -149,7 +149,7 @@ def nobody_listening_is_a_failure(check):
     assert check.app.quit() == 0
 
 
-@flow
+@FLOWS.add
 def every_answer_has_its_outcome(check):
     check.start()
     with check.server() as server:
@@ -173,7 +173,7 @@ def every_answer_has_its_outcome(check):
     assert check.app.quit() == 0
 
 
-@flow
+@FLOWS.add
 def asking_again_meanwhile_probes_once_and_for_fifteen_seconds(check):
     check.start()
     with check.server() as server:
@@ -191,7 +191,7 @@ def asking_again_meanwhile_probes_once_and_for_fifteen_seconds(check):
     assert check.app.quit() == 0
 
 
-@flow
+@FLOWS.add
 def ending_during_a_probe_is_clean(check):
     check.start()
     with check.server() as server:
@@ -201,7 +201,7 @@ def ending_during_a_probe_is_clean(check):
         assert check.app.quit(seconds=10) == 0
 
 
-@flow
+@FLOWS.add
 def an_older_version_is_no_news(check):
     check.start()
     with check.server(version="0.0.1"):
@@ -210,7 +210,7 @@ def an_older_version_is_no_news(check):
     assert check.app.quit() == 0
 
 
-@flow
+@FLOWS.add
 def a_new_version_is_told_and_its_page_opened(check):
     app = check.start()
     with check.server():
@@ -241,7 +241,7 @@ def a_new_version_is_told_and_its_page_opened(check):
     assert app.quit() == 0
 
 
-@flow
+@FLOWS.add
 def skipping_is_remembered(check):
     app = check.start()
     with check.server():
@@ -252,7 +252,7 @@ def skipping_is_remembered(check):
     assert "skippedVersion=99" in check.settings(), check.settings()
 
 
-@flow
+@FLOWS.add
 def a_critical_update_cannot_be_skipped(check):
     app = check.start()
     with check.server(more="<sparkle:criticalUpdate/>"):
@@ -264,7 +264,7 @@ def a_critical_update_cannot_be_skipped(check):
     assert app.quit() == 0
 
 
-@flow
+@FLOWS.add
 def closing_the_window_takes_the_dialog_along(check):
     app = check.start()
     with check.server():
@@ -274,7 +274,7 @@ def closing_the_window_takes_the_dialog_along(check):
         assert app.process.wait(10) == 0
 
 
-@flow
+@FLOWS.add
 def the_second_start_asks_for_consent_and_then_checks(check):
     with check.server() as server:
         app = check.start()
@@ -316,16 +316,9 @@ def main():
     parser.add_argument("flows", nargs="*")
     arguments = parser.parse_args()
     check = Check(arguments)
-    passed = failed = 0
-    for run_flow in FLOWS:
-        if arguments.flows and run_flow.__name__ not in arguments.flows:
-            continue
-        if passes(run_flow, check, arguments.pictures):
-            passed += 1
-        else:
-            failed += 1
-        if check.app:
-            check.app.kill()
+    passed, failed = FLOWS.run(check, arguments.flows, arguments.pictures)
+    if check.app:
+        check.app.kill()
     print(f"{passed} passed, {failed} failed")
     return failed != 0
 

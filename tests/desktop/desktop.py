@@ -84,7 +84,6 @@ class App:
         self.process = subprocess.Popen([str(part) for part in command], stdout=self.log,
                                         stderr=subprocess.STDOUT, env={**os.environ, **(env or {})})
         self.heard = []  # (role, name) of what got the focus
-        self.last_heard = None
         self._listener = Atspi.EventListener.new(self._hear)
         self._listener.register("object:state-changed:focused")
         self.renamed = []  # (role, name) of what has changed its text meanwhile
@@ -110,8 +109,7 @@ class App:
     def _hear(self, event):
         try:
             if event.detail1 and event.source.get_process_id() == self.process.pid:
-                self.last_heard = (event.source.get_role_name(), event.source.get_name())
-                self.heard.append(self.last_heard)
+                self.heard.append((event.source.get_role_name(), event.source.get_name()))
         except GLib.Error:
             pass  # gone again already
 
@@ -122,16 +120,16 @@ class App:
         except GLib.Error:
             pass
 
-    def listen(self, seconds=0.2):
-        """What has got the focus since the last call and gets it within this time."""
+    def listen(self, seconds=1):
+        """What has got the focus since the last call; waits so long for the first of it."""
         end = time.monotonic() + seconds
-        while time.monotonic() < end:
-            handle_events()
+        while not self.heard and time.monotonic() < end:
             time.sleep(0.01)
+            handle_events()
+        time.sleep(0.05)  # more may come with it
+        handle_events()
         heard, self.heard = self.heard, []
         return heard
-
-    # What is there.
 
     def all(self, role=None, name=None, under=None):
         for top in [under] if under is not None else list(children(self.root)):
@@ -248,11 +246,12 @@ class App:
                     return node.get_role_name(), node.get_name()
         return None
 
-    def heard_focus(self):
-        """The (role, name) of what got the keyboard focus last, as a screen reader heard it."""
-        self.settle()
-        handle_events()
-        return self.last_heard
+    def key_for_focus(self, key):
+        """Presses a key that moves the keyboard focus: the (role, name) of what got it, as a screen
+        reader heard it; usually one."""
+        self.listen(0)
+        self.key(key)
+        return self.listen(WAIT)
 
     def active(self):
         return any(has_state(top, Atspi.StateType.ACTIVE) for top in children(self.root))
@@ -332,16 +331,16 @@ class App:
         Such a menu is not in the tree of objects: it is walked with the Down key, and heard. With
         `choose` that entry is taken, else the menu is left.
         """
-        self.listen(0.05)
+        self.listen(0)
         if keys:
             self.key(keys)
         else:
             self.click(node, button=3)
-        self.listen()
+        self.listen(0.3)
         names = []
         for _ in range(20):
             run("xdotool", "key", "Down")
-            heard = [name for role, name in self.listen(0.2) if role == "menu item"]
+            heard = [name for role, name in self.listen() if role == "menu item"]
             if not heard or heard[-1] in names:
                 break
             names.append(heard[-1])

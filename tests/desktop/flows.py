@@ -5,9 +5,38 @@ import time
 import traceback
 
 
+class Flows(list):
+    """Functions that take a check and do what a person does. A check has `begin`, which brings the
+    application to where each flow begins, `recover`, called after one that has failed, and `app`,
+    the application that runs or None."""
+
+    def add(self, flow):
+        self.append(flow)
+        return flow
+
+    def run(self, check, names, pictures):
+        """The numbers of flows that went through and that failed, of those in `names` or, without
+        any, of all. A flow that fails is tried a second time, and told apart if it goes through
+        then: other programs share the processor and the bus with it. Of each failure the folder
+        `pictures`, unless it is None, gets a picture of the window."""
+        passed = failed = 0
+        for flow in self:
+            if names and flow.__name__ not in names:
+                continue
+            if passes(flow, check, pictures):
+                passed += 1
+                continue
+            check.recover()
+            if passes(flow, check, pictures):
+                print(f"{flow.__name__} went through at the second attempt only", flush=True)
+                passed += 1
+            else:
+                check.recover()
+                failed += 1
+        return passed, failed
+
+
 def passes(flow, check, pictures):
-    """Whether a flow goes through from its start, `check.begin()`. Of one that fails, the folder
-    `pictures`, unless it is None, gets a picture of the window, if there is one."""
     begun = time.monotonic()
     try:
         check.begin()

@@ -9,11 +9,12 @@ scripts/screenshots calls it for every size, scale and colour. The size is in un
 
 import argparse
 import contextlib
+import os
 import sys
 from pathlib import Path
 
-import check
 from desktop import SCALE, run, wait_for
+from window import ATTACH_PANEL, CHECK, FONTS, SCAN_PANEL, Check
 from world import World
 
 # Enough to be seen at work on it: a few seconds.
@@ -21,7 +22,7 @@ MANY_FONTS = 40_000
 MANY_PAGES = 150_000
 
 
-class Pictures(check.Check):
+class Pictures(Check):
     def __init__(self, world, drag_source, folder, size):
         super().__init__(world, drag_source)
         self.folder = folder
@@ -42,17 +43,14 @@ class Pictures(check.Check):
         run("maim", "--hidecursor", "-g", f"{width}x{height}+{x}+{y}", self.folder / f"{name}.png")
 
 
-def many_fonts(world):
-    """A set of installed fonts that takes a while to read."""
-    folder = world.runtime / "many"
-    folder.mkdir()
-    for number in range(MANY_FONTS):
-        (folder / f"{number}.ttf").hardlink_to(world.fonts / "more" / "Elm-Regular.ttf")
+def many_installed_fonts(world):
+    """What makes them the installed ones of a start."""
     configuration = world.runtime / "many.conf"
     text = (world.fonts / "fonts.conf").read_text()
-    configuration.write_text(text.replace("<dir>", f"<dir>{folder}</dir><dir>", 1))
+    configuration.write_text(
+        text.replace("<dir>", f"<dir>{world.many_fonts(MANY_FONTS)}</dir><dir>", 1))
     # Qt's own first look at them is to be over quickly.
-    run("fc-cache", env={**check.os.environ, "FONTCONFIG_FILE": str(configuration)})
+    run("fc-cache", env={**os.environ, "FONTCONFIG_FILE": str(configuration)})
     return {"FONTCONFIG_FILE": str(configuration)}
 
 
@@ -73,13 +71,13 @@ def many_pages(world):
 
 def take_all(pictures):
     world = pictures.world
-    app = pictures.start(env=many_fonts(world))
+    app = pictures.start(env=many_installed_fonts(world))
     app.find("label", "Reading every installed font…")
     pictures.take("reading")
     assert app.quit() == 0
 
     app = pictures.start()
-    pictures.wait_for_names(check.FONTS)
+    pictures.wait_for_names(FONTS)
     pictures.take("list")
 
     pictures.select("Alder Grotesk")
@@ -91,7 +89,7 @@ def take_all(pictures):
     pictures.take("filtered")
     app.key("ctrl+a", "BackSpace")
     app.click(next(node for node in app.all() if node.get_name() == "All 7"))
-    pictures.wait_for_names(check.FONTS)
+    pictures.wait_for_names(FONTS)
 
     pictures.select("Brook Serif")
     for field, text in (("Bought from", "Brook Type & Co."), ("Link", "https://example.org/receipt"),
@@ -100,19 +98,19 @@ def take_all(pictures):
         app.give_focus(app.find("text", field))
         app.paste(text)
     app.press(app.find("push button", "Attach File…"))
-    app.answer_panel(check.ATTACH_PANEL, world.documents / "receipt.txt")
+    app.answer_panel(ATTACH_PANEL, world.documents / "receipt.txt")
     app.give_focus(app.find("push button", "Open"))
     app.key("Tab", "Tab")  # the keyboard brings into sight what it reaches
     pictures.take("notes")
 
     app.key("ctrl+o")
-    app.answer_panel(check.SCAN_PANEL, world.fonts / "empty")
+    app.answer_panel(SCAN_PANEL, world.fonts / "empty")
     app.find("alert", "Quillmark")
     pictures.take("alert")
     pictures.alert("No font files were found in empty.")
     pictures.take("empty")
 
-    pictures.show(check.CHECK)
+    pictures.show(CHECK)
     area = app.find(None, "Drop area for PDF files")
     pictures.take("drop page")
     with pictures.dragged(world.documents / "My Flyer.pdf") as source:
@@ -124,7 +122,7 @@ def take_all(pictures):
     pictures.select("Brook Serif")
     pictures.take("document")
 
-    pictures.show(check.CHECK)
+    pictures.show(CHECK)
     with pictures.dragged(many_pages(world)) as source:
         app.drag(source, app.find(None, "Drop area for PDF files"))
         app.find("label", "Checking Catalogue 2024.pdf…")

@@ -60,6 +60,14 @@ class World:
         target.mkdir(parents=True)
         return Path(shutil.copy(self.documents / name, target))
 
+    def many_fonts(self, count):
+        """A new folder, "many", with so many fonts that reading them takes a while."""
+        folder = self.outside / uuid.uuid4().hex[:8] / "many"
+        folder.mkdir(parents=True)
+        for number in range(count):
+            (folder / f"{number}.ttf").hardlink_to(self.fonts / "more" / "Elm-Regular.ttf")
+        return folder
+
     @contextlib.contextmanager
     def file_manager(self):
         """While a file manager is on the bus: what it was asked for."""

@@ -26,6 +26,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QProgressBar>
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QTest>
@@ -199,6 +200,8 @@ TEST_F(MainWindowTest, WhileNoFontIsKnownYetItSaysThatTheyAreBeingRead)
     install(*fonts, likelyOKFont());
     model->scanInstalled();
     EXPECT_TRUE(the<ProgressPanel>().isVisible());
+    const QProgressBar* const bar{the<ProgressPanel>().findChild<QProgressBar*>()};
+    EXPECT_EQ(bar->accessibleName(), u"Reading every installed font…");
     EXPECT_FALSE(the<FontListView>().isVisible());
     background.runAll();
     EXPECT_FALSE(the<ProgressPanel>().isVisible());
