@@ -31,7 +31,7 @@ struct Filter {
         crypt, // the reader has decrypted already, so this changes nothing
     };
     Kind kind{};
-    Predictor predictor;    // Flate and LZW only
+    Predictor predictor{};  // Flate and LZW only
     bool earlyChange{true}; // LZW only: codes grow one code early
 };
 

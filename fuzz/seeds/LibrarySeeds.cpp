@@ -58,6 +58,21 @@ void writeWOFF2Seeds()
     writeSeed("woff2", "collection", test::woff2(values).build());
 }
 
+void writeFacesSeeds()
+{
+    const Bytes font = test::FontBytes().face().name(1, u"Foo").os2({.fsType = 4}).build();
+    writeSeed("faces", "truetype", font);
+    writeSeed("faces", "collection", test::collectionOf({font, font}));
+    writeSeed("faces", "dfont", test::dfont({font, font}));
+    writeSeed("faces", "type1", test::type1Font());
+    writeSeed("faces", "bdf", test::bdfFont());
+    writeSeed("faces", "gzipped", test::gzipped(test::bdfFont()));
+    writeSeed("faces", "woff", test::woff(test::trueTypeVersion, {{"name", names()}}).build());
+    test::WOFF2Values values;
+    values.tables = {{.tag = "name", .bytes = names()}};
+    writeSeed("faces", "woff2", test::woff2(values).build());
+}
+
 void writeLicenseSeed(std::string_view name, std::string_view text)
 {
     writeSeed("license", name, std::as_bytes(std::span(text)));
@@ -79,6 +94,7 @@ void writeLibrarySeeds()
 {
     writeWOFFSeeds();
     writeWOFF2Seeds();
+    writeFacesSeeds();
     writeLicenseSeeds();
 }
 

@@ -6,6 +6,8 @@
 #include "support/PDFEncoders.h"
 #include "support/PDFEncryption.h"
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -96,6 +98,24 @@ void writeFilterSeeds()
           test::ascii85(test::deflated(font)));
     write("run-length", "/Filter/RunLengthDecode", test::runLength(font));
     write("image", "/Filter/DCTDecode", font);
+
+    // Those of one filter alone.
+    writeSeed("flate", "font", test::deflated(font));
+    writeSeed("ascii85", "font", test::ascii85(font));
+    writeSeed("asciihex", "font", test::asciiHex(font));
+    writeSeed("runlength", "font", test::runLength(font));
+    for (const bool earlyChange : {true, false}) {
+        Bytes seed = test::lzw(font, earlyChange);
+        seed.insert(seed.begin(), std::byte{earlyChange ? std::uint8_t{0} : std::uint8_t{1}});
+        writeSeed("lzw", earlyChange ? "early" : "late", seed);
+    }
+    for (const std::uint8_t predictor : std::to_array<std::uint8_t>({1, 2, 12})) {
+        Bytes seed{std::byte{predictor}, std::byte{1}, std::byte{8}, std::byte{5}};
+        seed.resize(seed.size() + 8);
+        const Bytes rows = test::pngUp(font, 5);
+        seed.insert(seed.end(), rows.begin(), rows.end());
+        writeSeed("predictor", std::to_string(predictor), seed);
+    }
 }
 
 } // namespace

@@ -11,6 +11,7 @@ namespace quillmark::fuzz {
 void writeSeed(std::string_view reader, std::string_view name, std::span<const std::byte> bytes);
 
 /// Each writes the seeds of the harnesses for one folder of core/ or app/, or for reader/.
+void writeExportSeeds();
 void writeFontFileSeeds();
 void writeLibrarySeeds();
 void writeNotesSeeds();

@@ -33,6 +33,7 @@ int main(int argc, char** argv)
         return EXIT_FAILURE;
     }
     root = argv[1];
+    quillmark::fuzz::writeExportSeeds();
     quillmark::fuzz::writeFontFileSeeds();
     quillmark::fuzz::writeLibrarySeeds();
     quillmark::fuzz::writeNotesSeeds();

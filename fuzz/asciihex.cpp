@@ -1,0 +1,15 @@
+// ASCIIHexDecode: any text, and any bytes there and back.
+
+#include "Filters.h"
+
+#include "support/PDFEncoders.h"
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    using namespace quillmark;
+    const auto bytes = fuzz::input(data, size);
+    const PDF::Filter filter{.kind = PDF::Filter::Kind::asciiHex};
+    static_cast<void>(fuzz::decoded(bytes, filter));
+    fuzz::expectBack(bytes, test::asciiHex(bytes), filter);
+    return 0;
+}
