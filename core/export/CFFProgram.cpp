@@ -174,7 +174,7 @@ private:
 std::string identityCharset(std::size_t glyphs)
 {
     std::string bytes;
-    if (glyphs < 2) return {1, '\0'}; // only the glyph that has no entry
+    if (glyphs < 2) return std::string(1, '\0'); // only the glyph that has no entry
     bytes += '\2';
     appendBigEndian(bytes, 1, 2);
     appendBigEndian(bytes, glyphs - 2, 2);

@@ -1,9 +1,11 @@
 #include "export/CFFProgram.h"
 
 #include "fontfile/CFF.h"
+#include "support/FontBytes.h"
 
 #include <gmock/gmock.h>
 
+#include <cstdint>
 #include <span>
 #include <string>
 
@@ -35,6 +37,59 @@ TEST(CFFProgram, EndsWithTheCharStringsAndTheirDictionary)
                                "\x8B\x0E\x8C\x0E",
                                19);
     EXPECT_THAT(cffProgram({"Cedar", {}, {}, {}}, glyphs), testing::HasSubstr(expected));
+}
+
+std::string charactersOf(const test::ByteWriter& writer)
+{
+    const test::Bytes& bytes = writer.build();
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+TEST(CFFProgram, HasEachPartWhereTheTopDictionarySays)
+{
+    CharStrings glyphs;
+    for (int i = 0; i < 3; ++i)
+        CharString(glyphs, 0).finish();
+    test::ByteWriter expected;
+    expected.u8(1).u8(0).u8(4).u8(4);                              // header
+    expected.u16(1).u8(4).u32(1).u32(6).text("Cedar");             // names
+    expected.u16(1).u8(4).u32(1).u32(50);                          // the top dictionary:
+    expected.text("\xF8\x1B\xF8\x1C\x8B\x0C\x1E");                 // 391 392 0 ROS
+    expected.text("\xF8\x1D\x01\xF8\x1E\x02\xF8\x1F\x03");         // Notice, FullName, FamilyName
+    expected.u8(29).u32(3).u8(12).u8(34);                          // CIDCount
+    expected.u8(29).u32(125).u8(15).u8(29).u32(130).u8(12).u8(37); // charset, FDSelect
+    expected.u8(29).u32(138).u8(17).u8(29).u32(163).u8(12).u8(36); // CharStrings, FDArray
+    expected.u16(5).u8(4).u32(1).u32(6).u32(14).u32(15).u32(16);   // strings
+    expected.u32(17).text("AdobeIdentityNFY");                     //
+    expected.u16(0);                                               // no subroutines
+    expected.u8(2).u16(1).u16(1);                                  // charset: CIDs 1 and 2
+    expected.u8(3).u16(1).u16(0).u8(0).u16(3);                     // FDSelect: all are of the first
+    expected.u16(3).u8(4).u32(1).u32(3).u32(5).u32(7);             // charstrings
+    expected.text("\x8B\x0E\x8B\x0E\x8B\x0E");                     //
+    expected.u16(1).u8(4).u32(1).u32(12);                          // the only font dictionary
+    expected.u8(29).u32(2).u8(29).u32(185).u8(18);                 // Private
+    expected.text("\x8B\x14");                                     // 0 defaultWidthX
+    EXPECT_EQ(cffProgram({"Cedar", "F", "Y", "N"}, glyphs), charactersOf(expected));
+}
+
+TEST(CFFProgram, NumbersItsGlyphsFromOne)
+{
+    const auto program = [](int count) {
+        CharStrings glyphs;
+        for (int i = 0; i < count; ++i)
+            CharString(glyphs, 0).finish();
+        return cffProgram({"Cedar", {}, {}, {}}, glyphs);
+    };
+    // Behind the empty list of subroutines: the glyphs' numbers, then their only dictionary.
+    const auto behindSubroutines = [](const test::ByteWriter& charset, std::uint16_t glyphs) {
+        test::ByteWriter expected;
+        expected.text("Identity").u16(0).bytes(charset.build());
+        expected.u8(3).u16(1).u16(0).u8(0).u16(glyphs);
+        return testing::HasSubstr(charactersOf(expected));
+    };
+    EXPECT_THAT(program(1), behindSubroutines(test::ByteWriter().u8(0), 1));
+    EXPECT_THAT(program(2), behindSubroutines(test::ByteWriter().u8(2).u16(1).u16(0), 2));
+    EXPECT_THAT(program(300), behindSubroutines(test::ByteWriter().u8(2).u16(1).u16(298), 300));
 }
 
 TEST(CharString, StepsFromRoundedPointToRoundedPoint)

@@ -9,8 +9,13 @@
 namespace quillmark {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
 
 constexpr double width = 504;
 /// Of Courier Prime at 9 points.
@@ -261,6 +266,23 @@ TEST_F(Setter, AnotherScriptKeepsTheColorsOfItsRuns)
     EXPECT_EQ(lines[0].runs.front().ink, Ink::black);
     EXPECT_EQ(lines[0].runs.back().ink, Ink::restricted);
     EXPECT_NE(lines[0].runs.front().font, lines[0].runs.back().font);
+}
+
+TEST_F(Setter, BlanksAtTheEndOfATextInAnotherScriptStay)
+{
+    EXPECT_EQ(lengths(paragraph("\u4E2D\u6587  ")), std::vector<std::size_t>{4});
+}
+
+TEST_F(Setter, EachColoredGlyphIsAResource)
+{
+    const auto lines = m_setter.lines(paragraph("\U0001F600\U0001F601\U0001F600"));
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines[0].images.size(), 3U);
+    EXPECT_EQ(lines[0].images.front().image, lines[0].images.back().image);
+    PDFFile file;
+    EXPECT_THAT(m_setter.writeResources(file),
+                AllOf(StartsWith("<</Font<</F0 "), HasSubstr(">>/XObject<</I0 "), HasSubstr("/I1 "),
+                      Not(HasSubstr("/I2 ")), EndsWith(" 0 R>>>>")));
 }
 
 } // namespace
