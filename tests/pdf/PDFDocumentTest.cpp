@@ -349,11 +349,44 @@ TEST(PDFDocument, StreamLengthMayStandInAnObjectStream)
     EXPECT_EQ(lines(scanned(pdf)), "Foo TrueType trueType [1] 21 bytes\n");
 }
 
-TEST(PDFDocument, StreamLengthInAnObjectStreamIsFoundInEncryptedDocumentsToo)
+TEST(PDFDocument, StreamLengthOfAnEncryptedStreamMayBeAnObjectOfItsOwn)
 {
-    auto pdf = withProgram("", program);
-    const Bytes bytes = encrypted(pdf.build(), test::Encryption::aesWith128Bits, "");
-    EXPECT_EQ(lines(scanned(bytes)), fooWithProgram);
+    const Bytes bytes =
+        encrypted(withProgram("", program).build(), test::Encryption::aesWith128Bits, "");
+    std::string text(test::asText(bytes));
+    // What looks like the end of the stream stands behind the encrypted bytes, so the length has to
+    // be right for the key to fit.
+    const std::size_t keyword = text.find(">>\nstream\n");
+    const std::size_t data = keyword + 10;
+    const std::size_t entry = text.rfind("/Length ", keyword);
+    const std::size_t entryEnd = text.find_first_of(" />", entry + 8);
+    const std::string length = text.substr(entry + 8, entryEnd - entry - 8);
+    const std::size_t object = text.rfind(" 0 obj", keyword);
+    const std::size_t start = text.rfind('\n', object) + 1;
+    const std::string number = text.substr(start, object - start);
+    const std::size_t dataEnd = data + std::stoul(length);
+    ASSERT_EQ(text.compare(dataEnd, 9, "endstream"), 0);
+    const std::size_t trailer = text.rfind("trailer <<") + 10;
+    const std::string entries = text.substr(trailer, text.find("startxref") - trailer);
+    const std::string before = text.substr(text.find("startxref") + 10);
+
+    // The same stream again, as an update of the document.
+    std::string stream = number + " 0 obj\n" + text.substr(object + 7, entry - object - 7) +
+                         "/Length 99 0 R" + text.substr(entryEnd, dataEnd - entryEnd) +
+                         "\nendstream\nendobj\n";
+    const auto at = [](std::size_t offset) {
+        const std::string digits = std::to_string(offset);
+        return std::string(10 - digits.size(), '0') + digits + " 00000 n \n";
+    };
+    const std::size_t streamAt = text.size();
+    text += stream;
+    const std::size_t lengthAt = text.size();
+    text += "99 0 obj\n" + length + "\nendobj\n";
+    const std::size_t table = text.size();
+    text += "xref\n" + number + " 1\n" + at(streamAt) + "99 1\n" + at(lengthAt) +
+            "trailer <</Prev " + before.substr(0, before.find('\n')) + entries + "startxref\n" +
+            std::to_string(table) + "\n%%EOF\n";
+    EXPECT_EQ(lines(scanned(ascii(text))), fooWithProgram);
 }
 
 class WrongLengths : public testing::TestWithParam<const char*> {};
@@ -362,7 +395,7 @@ TEST_P(WrongLengths, AreReplacedByLookingForTheEndOfTheStream)
 {
     auto pdf = onePage("<</Font<</F<</BaseFont/Foo/Subtype/TrueType/FontDescriptor<</FontFile2 4 0 "
                        "R>>>>>>>>");
-    pdf.streamAsWritten(4, GetParam(), program);
+    pdf.streamAsWritten(4, GetParam(), program).object(5, "3");
     const auto scan = scanned(pdf);
     ASSERT_EQ(scan.fonts.size(), 1U);
     ASSERT_TRUE(scan.fonts[0].data);
@@ -373,7 +406,8 @@ TEST_P(WrongLengths, AreReplacedByLookingForTheEndOfTheStream)
 
 INSTANTIATE_TEST_SUITE_P(PDFDocument, WrongLengths,
                          testing::Values("", "/Length 5", "/Length 5000", "/Length -1",
-                                         "/Length 99999999999999", "/Length(x)", "/Length 99 0 R"));
+                                         "/Length 99999999999999", "/Length(x)", "/Length 99 0 R",
+                                         "/Length 5 0 R"));
 
 TEST(PDFDocument, StreamThatIsItsOwnLengthHasNoData)
 {
