@@ -19,8 +19,9 @@ void NameStrings::add(std::uint16_t id, std::string text)
         m_strings.emplace_back(id, std::move(text));
         return;
     }
+    // Never the end: the last identifier is not less.
     const auto place = std::ranges::lower_bound(m_strings, id, {}, &value_type::first);
-    if (place == end() || place->first != id) m_strings.emplace(place, id, std::move(text));
+    if (place->first != id) m_strings.emplace(place, id, std::move(text));
 }
 
 NameStrings::iterator NameStrings::find(std::uint16_t id)

@@ -542,6 +542,17 @@ TEST(RecordCoding, TheLargestPageNumberDecodes)
     EXPECT_EQ(info->pages, (std::vector{1, 2147483647}));
 }
 
+TEST(RecordCoding, NegativePageNumbersComeBackAsFarAsTheyFit)
+{
+    const auto pages = [](const std::string& number) {
+        const auto info = decode<PDFFontInfo>(replaced(std::string(someInfoJson), "    3", number));
+        return info ? info->pages : std::vector<int>{};
+    };
+    EXPECT_EQ(pages("    -1"), (std::vector{1, -1}));
+    EXPECT_EQ(pages("    -2147483648"), (std::vector{1, -2147483647 - 1}));
+    EXPECT_EQ(pages("    -2147483649"), std::vector<int>{});
+}
+
 class DamagedRows : public testing::TestWithParam<Damage> {};
 
 TEST_P(DamagedRows, DoNotDecode)

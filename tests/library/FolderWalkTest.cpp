@@ -8,8 +8,11 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include <dirent.h>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -25,6 +28,10 @@ using test::TemporaryFolder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
+
+/// Whether folders are listed as on a file system that does not tell what its entries are. The
+/// entry "vanishing.ttf" is gone then when it is asked for.
+bool isWithoutTypes = false;
 
 /// The paths of the fonts found below `folder`, relative to it.
 std::vector<std::string> fontsBelow(const fs::path& folder)
@@ -160,6 +167,23 @@ TEST(FolderWalk, LeavesOutPipesSocketsAndDevicesAndLinksToThem)
     EXPECT_EQ(contents.fonts[0].path, (folder.path() / "real.ttf").string());
     EXPECT_THAT(contents.licenseCandidates, ElementsAre(IsEmpty()));
     ::close(socket);
+}
+
+TEST(FolderWalk, AsksWhatEntriesAreWhereTheFileSystemDoesNotTell)
+{
+    const TemporaryFolder folder;
+    for (const char* name : {"a.ttf", "vanishing.ttf", "sub/b.ttf", "OFL.txt"})
+        folder.write(name, "");
+    fs::create_symlink("a.ttf", folder.path() / "link.ttf");
+    fs::create_symlink("sub", folder.path() / "linked");
+    ASSERT_EQ(::mkfifo((folder.path() / "pipe.ttf").c_str(), 0600), 0);
+    isWithoutTypes = true;
+    const auto fonts = fontsBelow(folder.path());
+    const auto candidates = licenseCandidates(folder.path());
+    isWithoutTypes = false;
+    EXPECT_THAT(fonts, ElementsAre("a.ttf", "link.ttf", "sub/b.ttf"));
+    EXPECT_THAT(candidates, ElementsAre(folder.path() / "OFL.txt"));
+    EXPECT_FALSE(fs::exists(folder.path() / "vanishing.ttf"));
 }
 
 TEST(FolderWalk, KeepsNamesThatAreNotUtf8AsBytes)
@@ -310,3 +334,16 @@ TEST(FolderWalk, FindsAFontBelowFiveThousandFolders)
 
 } // namespace
 } // namespace quillmark
+
+/// Stands before the C library's function of this name.
+extern "C" dirent* readdir(DIR* folder)
+{
+    const auto genuine = reinterpret_cast<decltype(readdir)*>(::dlsym(RTLD_NEXT, "readdir"));
+    dirent* const entry = genuine(folder);
+    if (entry != nullptr && quillmark::isWithoutTypes) {
+        entry->d_type = DT_UNKNOWN;
+        if (std::string_view(entry->d_name) == "vanishing.ttf")
+            ::unlinkat(::dirfd(folder), entry->d_name, 0);
+    }
+    return entry;
+}

@@ -79,6 +79,26 @@ TEST(FreeTypeFaces, ABitmapFontHasFamilyStyleAndCopyright)
                                             Pair(1, "Legacy Font"), Pair(2, "Bold")));
 }
 
+TEST(FreeTypeFaces, ABitmapFontWithoutACopyrightHasNone)
+{
+    const Bytes font = test::bdfFont();
+    std::string text(reinterpret_cast<const char*>(font.data()), font.size());
+    const std::size_t line = text.find("COPYRIGHT");
+    text.erase(line, text.find('\n', line) + 1 - line);
+    text.replace(text.find("PROPERTIES 6"), 12, "PROPERTIES 5");
+    const auto faces = read(test::ascii(text));
+    ASSERT_THAT(faces, SizeIs(1));
+    EXPECT_THAT(faces[0].names, AllOf(Contains(Pair(1, "Legacy Font")), Not(Contains(Key(0)))));
+}
+
+TEST(FreeTypeFaces, AGzippedFileThatIsDamagedHasNone)
+{
+    Bytes font = test::gzipped(test::bdfFont());
+    font.resize(font.size() / 2);
+    EXPECT_THAT(read(font), IsEmpty());
+    EXPECT_THAT(read(test::ascii("\x1F\x8B garbage")), IsEmpty());
+}
+
 TEST(FreeTypeFaces, AGzippedBitmapFontIsReadLikeAPlainOne)
 {
     const auto faces = read(test::gzipped(test::bdfFont()));

@@ -1,6 +1,7 @@
 #include "library/FontLibrary.h"
 
 #include "Fonts.h"
+#include "library/Limits.h"
 #include "support/FakeFontService.h"
 
 #include <gmock/gmock.h>
@@ -154,6 +155,39 @@ TEST(NamedInstances, AreBoundedForEachFile)
     fonts[0].licenseDescription = std::string(1U << 20U, 'x');
     const auto instances = FontLibrary::namedInstances(service, fonts);
     EXPECT_EQ(instances.size(), 63U); // 64 MiB hold one less, for the other texts
+}
+
+TEST(NamedInstances, OfOneFileAreNoMoreThan65536)
+{
+    static_assert(Limits::instances == 65536);
+    PlatformFont font = variableFont("/f/var.ttc");
+    font.fvar = fvarTable(std::vector(4096, Instance{257, 0xFFFF}));
+    std::vector<PlatformFont> faces(16, font);
+    FontLibrary::settle(faces, Faces::variable);
+    ASSERT_THAT(faces, SizeIs(16));
+    EXPECT_THAT(faces.back().settledInstances.value(), SizeIs(4096));
+
+    // One more than that, and neither the face that has it nor a later one has any.
+    faces.assign(16, font);
+    PlatformFont one = font;
+    one.fvar = fvarTable({{257, 0xFFFF}});
+    faces.front() = one;
+    faces.push_back(font);
+    faces.push_back(one);
+    FontLibrary::settle(faces, Faces::variable);
+    ASSERT_THAT(faces, SizeIs(16));
+    EXPECT_THAT(faces.front().settledInstances.value(), SizeIs(1));
+    EXPECT_THAT(faces.back().settledInstances.value(), SizeIs(4096));
+}
+
+TEST(NamedInstances, OfAFaceWithoutANameTableAreNone)
+{
+    PlatformFont font = variableFont("/f/var.ttf");
+    font.name.reset();
+    std::vector faces{font};
+    FontLibrary::settle(faces, Faces::variable);
+    ASSERT_THAT(faces, SizeIs(1));
+    EXPECT_THAT(faces.front().settledInstances.value(), IsEmpty());
 }
 
 } // namespace

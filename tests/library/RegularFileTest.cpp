@@ -1,5 +1,6 @@
 #include "library/RegularFile.h"
 
+#include "support/ShortReads.h"
 #include "support/TemporaryFolder.h"
 #include "support/Unprivileged.h"
 
@@ -36,6 +37,16 @@ TEST(RegularFile, ReadsAtAnyPosition)
     EXPECT_EQ(textAt(*file, 10, 1), "");
     EXPECT_EQ(textAt(*file, 1000, 1), "");
     EXPECT_EQ(textAt(*file, ~std::uint64_t{0}, 1), "");
+}
+
+TEST(RegularFile, ReadsOnThroughShortAndInterruptedReads)
+{
+    const TemporaryFolder folder;
+    const auto file = RegularFile::open(folder.write("a", "0123456789").string());
+    ASSERT_TRUE(file);
+    const test::ShortReads reads(3);
+    EXPECT_EQ(textAt(*file, 1, 8), "12345678");
+    EXPECT_EQ(textAt(*file, 1, 20), "123456789");
 }
 
 TEST(RegularFile, FollowsALink)

@@ -184,6 +184,20 @@ TEST(WOFF2, ADirectoryThatIsCutIsNoFace)
             << size;
 }
 
+TEST(WOFF2, ACollectionsDirectoryThatIsCutIsNoFace)
+{
+    // Indices of one, two and three bytes.
+    WOFF2Values values;
+    values.tables = {name(u"A"), {.tag = "abcd", .bytes = Bytes(7)}};
+    values.faces = {{trueTypeVersion, {0, 253, 505, 506, 700, 1000}}, {trueTypeVersion, {0}}};
+    const ByteWriter writer = woff2(values);
+    const Bytes& bytes = writer.build();
+    for (std::size_t size = 4; size < writer.position("stream"); ++size)
+        EXPECT_THAT(read(Bytes(bytes.begin(), bytes.begin() + static_cast<long>(size))), IsEmpty())
+            << size;
+    EXPECT_THAT(read(bytes), SizeIs(2));
+}
+
 TEST(WOFF2, LengthsWithLeadingZerosOrTooManyBitsAreDamage)
 {
     const std::vector<Bytes> lengths{
@@ -253,6 +267,10 @@ TEST(WOFF2, VariableFacesAreThoseWithAnFvarTable)
                 ElementsAre("0 format - name Variable fsType - fvar 16"));
     EXPECT_THAT(read(variable, Faces::all), ElementsAre("0 format - name Variable fsType -"));
     EXPECT_THAT(read(font({name(u"Plain")}), Faces::variable), IsEmpty());
+    Table spelled = fvar;
+    spelled.spellTag = true;
+    EXPECT_THAT(read(font({name(u"Spelled"), spelled}), Faces::variable),
+                ElementsAre("0 format - name Spelled fsType - fvar 16"));
 }
 
 TEST(WOFF2, TablesThatEndBeyond128MiBOfTheStreamAreAbsent)

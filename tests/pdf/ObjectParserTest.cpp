@@ -235,6 +235,14 @@ TEST(ObjectParser, TextEndsAtTheLimit)
     EXPECT_EQ(dump(parser.indirect({source, 0, 13}, five)), "none");
 }
 
+TEST(ObjectParser, TextMayEndWithItsSourceAtTheLimit)
+{
+    Crumbs source("5 0 obj[1 2", 100);
+    ObjectParser parser;
+    EXPECT_EQ(dump(parser.indirect({source, 0, 11}, five)), "[1 2]");
+    EXPECT_EQ(dump(parser.indirect({source, 0, 10}, five)), "none");
+}
+
 TEST(ObjectParser, ParserStartsAfreshWithEachObject)
 {
     ObjectParser parser;
