@@ -239,7 +239,7 @@ Outcome withNotes(Outcome (*write)(const Run&, const NotesBook&), const Run& run
     if (!path || !run.options.printsNotes()) return write(run, {});
     const auto read = readNotesFile(*path);
     const auto* error = std::get_if<NotesError>(&read);
-    if (error == nullptr) return write(run, std::get<NotesBook>(read));
+    if (error == nullptr) return write(run, std::get<NotesJson::Decoded>(read).book);
     if (error->kind == NotesError::Kind::missing && !run.options.notes) return write(run, {});
     run.console.message(error->sentence());
     Outcome outcome = write(run, {});

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstddef>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -19,9 +20,9 @@ namespace {
 
 constexpr std::size_t digitsOfName = 8;
 
-FileError invalidName()
+FileError invalidName(std::string_view name)
 {
-    return FileError::ofSystem(EINVAL);
+    return FileError::ofSystem(name.size() > NAME_MAX ? ENAMETOOLONG : EINVAL);
 }
 
 /// Zero or the system's error number.
@@ -45,7 +46,7 @@ int copyAll(int from, int to)
 bool Attachments::isName(std::string_view name)
 {
     constexpr std::string_view separators("/\0", 2);
-    return !name.empty() && name != "." && name != ".." &&
+    return !name.empty() && name.size() <= NAME_MAX && name != "." && name != ".." &&
            name.find_first_of(separators) == std::string_view::npos;
 }
 
@@ -63,40 +64,44 @@ std::string Attachments::newName(const MakeUUID& makeUUID, std::string_view file
 
 std::optional<FileError> Attachments::copy(const fs::path& file, const std::string& name) const
 {
-    if (!isName(name)) return invalidName();
+    if (!isName(name)) return invalidName(name);
     if (auto error = makeFolders(m_folder)) return error;
-    struct stat status {};
-    if (lstat((m_folder / name).c_str(), &status) == 0) return FileError::ofSystem(EEXIST);
 
+    struct stat status {};
     // Opening a pipe would wait for somebody to write into it.
     const FileDescriptor from = openFile(file, O_RDONLY | O_NONBLOCK | O_NOCTTY);
     if (!from.isOpen() || fstat(from.get(), &status) != 0) return FileError::ofSystem(errno);
     if (S_ISDIR(status.st_mode)) return FileError::ofSystem(EISDIR);
     if (!S_ISREG(status.st_mode)) return FileError{0, "Not a regular file"};
 
-    auto made = DurableFile::create(m_folder / name, S_IRUSR | S_IWUSR);
+    auto made = DurableFile::createNew(m_folder, name, S_IRUSR | S_IWUSR);
     if (auto* error = std::get_if<FileError>(&made)) return std::move(*error);
     auto& to = std::get<DurableFile>(made);
     if (const int error = copyAll(from.get(), to.descriptor()); error != 0)
         return FileError::ofSystem(error);
-    return to.commit();
+    auto error = to.commit();
+    // No note will name it.
+    if (error && error->isDone) static_cast<void>(remove(name));
+    return error;
 }
 
 std::variant<fs::path, FileError> Attachments::find(const std::string& name) const
 {
-    if (!isName(name)) return invalidName();
-    fs::path path = m_folder / name;
+    if (!isName(name)) return invalidName(name);
+    const FileDescriptor folder = openFolder(m_folder, O_NOFOLLOW);
     struct stat status {};
-    if (lstat(path.c_str(), &status) != 0) return FileError::ofSystem(errno);
+    if (!folder.isOpen() || fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return FileError::ofSystem(errno);
     if (!S_ISREG(status.st_mode)) return FileError{0, "Not a regular file"};
-    return path;
+    return m_folder / name;
 }
 
 std::optional<FileError> Attachments::remove(const std::string& name) const
 {
-    if (!isName(name)) return invalidName();
-    if (unlink((m_folder / name).c_str()) == 0 || errno == ENOENT) return std::nullopt;
-    return FileError::ofSystem(errno);
+    if (!isName(name)) return invalidName(name);
+    const FileDescriptor folder = openFolder(m_folder, O_NOFOLLOW);
+    const bool isRemoved = folder.isOpen() && unlinkat(folder.get(), name.c_str(), 0) == 0;
+    return isRemoved || errno == ENOENT ? std::nullopt : std::optional(FileError::ofSystem(errno));
 }
 
 } // namespace quillmark

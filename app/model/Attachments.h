@@ -1,6 +1,6 @@
 // The copies of licences and receipts that are kept with the notes. A note holds a copy's name,
 // which may have been written by anybody: only a name without folders is taken, and nothing outside
-// the folder is ever opened, replaced or removed.
+// the folder is ever opened, replaced or removed. The folder itself may not be a link.
 #pragma once
 
 #include "files/FileError.h"

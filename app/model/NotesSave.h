@@ -47,6 +47,7 @@ struct NotesSave {
         /// The book as the file has it now, with what others have changed there. Null when it could
         /// not be saved.
         std::shared_ptr<const NotesBook> written{};
+        bool isUnsynced{}; // written, but it may not outlast a power failure; nothing is removed
         std::optional<std::string> failure{}; // a sentence; also when only removing failed
     };
 

@@ -45,7 +45,7 @@ void NotesStore::load()
     auto read = readNotesFile(*m_target->file());
     const auto* error = std::get_if<NotesError>(&read);
     m_target->setMayHoldUnread(error != nullptr && error->kind != NotesError::Kind::missing);
-    m_book = error == nullptr ? std::get<NotesBook>(std::move(read)) : NotesBook{};
+    m_book = error == nullptr ? std::get<NotesJson::Decoded>(std::move(read)).book : NotesBook{};
     m_onDisk = std::make_shared<const NotesBook>(m_book);
 }
 
@@ -129,19 +129,19 @@ NotesStore::Ended NotesStore::endSave(const NotesSave::Result& result)
     const auto attached = m_attaching.begin() + static_cast<std::ptrdiff_t>(m_attachingNow);
     for (auto attaching = m_attaching.begin(); attaching != attached; ++attaching)
         if (saved) {
-            put(*attaching, m_book);
+            auto replaced = put(*attaching, m_book);
+            if (replaced && result.isUnsynced) m_discarded.push_back(*std::move(replaced));
             ended.changed = true;
         } else {
             // It is the saving that the user learns of.
             static_cast<void>(m_attachments.remove(attaching->copy));
         }
     m_attaching.erase(m_attaching.begin(), attached);
-    if (saved) {
+    if (saved) m_onDisk = result.written;
+    m_unsaved = !saved || result.isUnsynced;
+    if (!m_unsaved)
         m_discarded.erase(m_discarded.begin(),
                           m_discarded.begin() + static_cast<std::ptrdiff_t>(m_discardedNow));
-        m_onDisk = result.written;
-    }
-    m_unsaved = !saved;
     m_saving.reset();
     return ended;
 }

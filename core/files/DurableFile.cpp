@@ -2,11 +2,12 @@
 
 #include "files/Folders.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <string>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -15,6 +16,23 @@
 namespace quillmark {
 
 namespace fs = std::filesystem;
+
+namespace {
+
+/// A hidden name that nobody else has, nor can foresee.
+std::string temporaryName()
+{
+    constexpr std::string_view letters = "0123456789abcdefghijklmnopqrstuvwxyz";
+    std::array<unsigned char, 10> random{};
+    // At worst it is a name that is taken, and the next one is tried.
+    [[maybe_unused]] const auto got = getrandom(random.data(), random.size(), GRND_NONBLOCK);
+    std::string name = ".quillmark-";
+    for (const unsigned char byte : random)
+        name += letters[byte % letters.size()];
+    return name;
+}
+
+} // namespace
 
 unsigned newFileMode()
 {
@@ -41,35 +59,65 @@ std::variant<DurableFile, FileError> DurableFile::create(const fs::path& path, u
     if (exists && !S_ISREG(status.st_mode)) return FileError{0, "Not a regular file"};
 
     std::error_code error;
-    fs::path target = fs::weakly_canonical(exists ? path : endOfLinks(path), error);
+    const fs::path target = fs::weakly_canonical(exists ? path : endOfLinks(path), error);
     if (error) return FileError::ofSystem(error.value());
-    std::string name = target.parent_path() / ".quillmark-XXXXXX";
-    FileDescriptor file(mkostemp(name.data(), O_CLOEXEC)); // readable for the owner only
-    if (!file.isOpen()) return FileError::ofSystem(errno);
+    FileDescriptor folder = openFolder(target.parent_path());
+    if (!folder.isOpen()) return FileError::ofSystem(errno);
     if (!exists)
-        return DurableFile(std::move(file), std::move(name), std::move(target), {}, newMode);
+        return opened(DurableFile(std::move(folder), target, Existing::replaced, {}, newMode));
     // A program's right to run as its owner is not for what takes its place.
     constexpr unsigned permissionBits = 0777;
-    return DurableFile(std::move(file), std::move(name), std::move(target),
-                       Owner{status.st_uid, status.st_gid}, status.st_mode & permissionBits);
+    return opened(DurableFile(std::move(folder), target, Existing::replaced,
+                              Owner{status.st_uid, status.st_gid},
+                              status.st_mode & permissionBits));
 }
 
-DurableFile::DurableFile(FileDescriptor file, fs::path temporary, fs::path target,
+std::variant<DurableFile, FileError> DurableFile::createNew(const fs::path& folder,
+                                                            const std::string& name, unsigned mode)
+{
+    FileDescriptor open = openFolder(folder, O_NOFOLLOW);
+    if (!open.isOpen()) return FileError::ofSystem(errno);
+    struct stat status {};
+    if (fstatat(open.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0)
+        return FileError::ofSystem(EEXIST);
+    if (errno != ENOENT) return FileError::ofSystem(errno);
+    return opened(DurableFile(std::move(open), folder / name, Existing::kept, {}, mode));
+}
+
+DurableFile::DurableFile(FileDescriptor folder, const fs::path& target, Existing existing,
                          std::optional<Owner> owner, unsigned mode)
-    : m_file(std::move(file)), m_temporary(std::move(temporary)), m_target(std::move(target)),
-      m_owner(owner), m_mode(mode)
+    : m_folder(std::move(folder)), m_name(target.filename()), m_existing(existing), m_owner(owner),
+      m_mode(mode), m_path(target.parent_path())
 {
 }
 
+/// Makes the temporary file.
+std::variant<DurableFile, FileError> DurableFile::opened(DurableFile file)
+{
+    constexpr int mostTries = 100; // that a name is taken happens once in billions of times
+    for (int i = 0; i < mostTries; ++i) {
+        const std::string name = temporaryName();
+        constexpr unsigned ownerOnly = S_IRUSR | S_IWUSR;
+        file.m_file = openFileIn(file.m_folder.get(), name, O_RDWR | O_CREAT | O_EXCL, ownerOnly);
+        if (!file.m_file.isOpen() && errno == EEXIST) continue;
+        if (!file.m_file.isOpen()) return FileError::ofSystem(errno);
+        file.m_temporary = file.m_path / name;
+        return file;
+    }
+    return FileError::ofSystem(EEXIST);
+}
+
 DurableFile::DurableFile(DurableFile&& other) noexcept
-    : m_file(std::move(other.m_file)), m_temporary(std::exchange(other.m_temporary, {})),
-      m_target(std::move(other.m_target)), m_owner(other.m_owner), m_mode(other.m_mode)
+    : m_folder(std::move(other.m_folder)), m_file(std::move(other.m_file)),
+      m_temporary(std::exchange(other.m_temporary, {})), m_name(std::move(other.m_name)),
+      m_existing(other.m_existing), m_owner(other.m_owner), m_mode(other.m_mode),
+      m_path(std::move(other.m_path))
 {
 }
 
 DurableFile::~DurableFile()
 {
-    if (!m_temporary.empty()) unlink(m_temporary.c_str());
+    if (!m_temporary.empty()) unlinkat(m_folder.get(), m_temporary.filename().c_str(), 0);
 }
 
 /// Zero or the system's error number. A file system without permissions gives every file the same.
@@ -85,6 +133,16 @@ int DurableFile::setRights() const
     return errno;
 }
 
+/// Zero or the system's error number.
+int DurableFile::putInPlace() const
+{
+    const int folder = m_folder.get();
+    const std::string temporary = m_temporary.filename();
+    if (m_existing == Existing::replaced)
+        return renameat(folder, temporary.c_str(), folder, m_name.c_str()) == 0 ? 0 : errno;
+    return renameToNew(folder, temporary, m_name);
+}
+
 std::optional<FileError> DurableFile::commit(Durability durability)
 {
     const bool synced = durability == Durability::synced;
@@ -93,10 +151,10 @@ std::optional<FileError> DurableFile::commit(Durability durability)
     if (const int error = synced ? syncDescriptor(m_file.get()) : 0; error != 0)
         return FileError::ofSystem(error);
     if (const int error = m_file.close(); error != 0) return FileError::ofSystem(error);
-    if (rename(m_temporary.c_str(), m_target.c_str()) != 0) return FileError::ofSystem(errno);
+    if (const int error = putInPlace(); error != 0) return FileError::ofSystem(error);
     m_temporary.clear();
-    if (const int error = synced ? syncFolder(m_target.parent_path()) : 0; error != 0)
-        return FileError::ofSystem(error);
+    if (const int error = synced ? syncFolder(m_folder) : 0; error != 0)
+        return FileError::unsynced(error);
     return std::nullopt;
 }
 

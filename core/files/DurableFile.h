@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <variant>
 
@@ -18,8 +19,9 @@ enum class Durability {
     unsynced, // after such a failure an empty or a partial file can be there
 };
 
-/// A new file, written under a temporary name beside the one that it replaces at last. Until then
-/// only its owner may read it. Unless it is committed nothing remains of it.
+/// A new file, written under a temporary name in the folder where it is put in its place at last.
+/// Until then only its owner may read it. Unless it is committed nothing remains of it. It stays in
+/// the folder that was found at first, whatever comes to bear that folder's name meanwhile.
 class DurableFile {
 public:
     /// A file to take the place of the one at `path`, or at the end of the links there, which stay
@@ -28,6 +30,10 @@ public:
     /// none its permissions are `newMode`. What is there and no regular file is not replaced.
     [[nodiscard]] static std::variant<DurableFile, FileError>
     create(const std::filesystem::path& path, unsigned newMode);
+    /// A file called `name` in `folder`, which may not be a link. What is there already, links
+    /// included, is not replaced: then there is an error, at the latest when it is committed.
+    [[nodiscard]] static std::variant<DurableFile, FileError>
+    createNew(const std::filesystem::path& folder, const std::string& name, unsigned mode);
 
     ~DurableFile();
     DurableFile(const DurableFile&) = delete;
@@ -40,8 +46,7 @@ public:
     [[nodiscard]] const std::filesystem::path& temporary() const { return m_temporary; }
 
     /// Has everything put on the disk if asked to, then puts the file in its place. After an error
-    /// the former file is as it was; only when the disk fails as the folder is written is it
-    /// replaced already.
+    /// the former file is as it was, unless the error says that it has been done.
     [[nodiscard]] std::optional<FileError> commit(Durability durability = Durability::synced);
 
 private:
@@ -50,15 +55,22 @@ private:
         unsigned group{};
     };
 
-    DurableFile(FileDescriptor file, std::filesystem::path temporary, std::filesystem::path target,
-                std::optional<Owner> owner, unsigned mode);
-    [[nodiscard]] int setRights() const;
+    enum class Existing { replaced, kept };
 
+    DurableFile(FileDescriptor folder, const std::filesystem::path& target, Existing existing,
+                std::optional<Owner> owner, unsigned mode);
+    [[nodiscard]] static std::variant<DurableFile, FileError> opened(DurableFile file);
+    [[nodiscard]] int setRights() const;
+    [[nodiscard]] int putInPlace() const;
+
+    FileDescriptor m_folder;
     FileDescriptor m_file;
-    std::filesystem::path m_temporary; // empty once there is none any more
-    std::filesystem::path m_target;
+    std::filesystem::path m_temporary; // empty while there is none
+    std::string m_name;
+    Existing m_existing{};
     std::optional<Owner> m_owner; // of the file it replaces
     unsigned m_mode{};
+    std::filesystem::path m_path; // of the folder
 };
 
 /// The permissions of a new file that is not for its owner alone: what the process's mask leaves.

@@ -18,7 +18,16 @@ int FileDescriptor::close()
 
 FileDescriptor openFile(const std::filesystem::path& path, int flags)
 {
-    return FileDescriptor(open(path.c_str(), flags | O_CLOEXEC));
+    return openFileIn(AT_FDCWD, path.c_str(), flags);
+}
+
+FileDescriptor openFileIn(int folder, const std::string& name, int flags, unsigned mode)
+{
+    while (true) {
+        FileDescriptor file(openat(folder, name.c_str(), flags | O_CLOEXEC, mode));
+        // A file system that is served from elsewhere can be interrupted at that.
+        if (file.isOpen() || errno != EINTR) return file;
+    }
 }
 
 int writeAll(int descriptor, std::string_view bytes)

@@ -41,6 +41,9 @@ private:
 /// Opens `path` with the flags of open(2), and for no program that is started; errno tells why it
 /// is not open.
 [[nodiscard]] FileDescriptor openFile(const std::filesystem::path& path, int flags);
+/// The same for a name in an open folder; a file that is made gets the permissions `mode`.
+[[nodiscard]] FileDescriptor openFileIn(int folder, const std::string& name, int flags,
+                                        unsigned mode = 0);
 
 /// Writes all of `bytes`; zero or the system's error number.
 [[nodiscard]] int writeAll(int descriptor, std::string_view bytes);

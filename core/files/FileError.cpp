@@ -9,4 +9,9 @@ FileError FileError::ofSystem(int number)
     return {number, errorText(number)};
 }
 
+FileError FileError::unsynced(int number)
+{
+    return {number, errorText(number), true};
+}
+
 } // namespace quillmark

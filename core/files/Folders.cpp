@@ -1,8 +1,7 @@
 #include "files/Folders.h"
 
-#include "files/FileDescriptor.h"
-
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -34,13 +33,25 @@ std::optional<FileError> makeFolders(const fs::path& folder)
     return std::nullopt;
 }
 
+FileDescriptor openFolder(const fs::path& folder, int flags)
+{
+    const fs::path path = folder.empty() ? fs::path(".") : folder;
+    FileDescriptor open = openFile(path, O_RDONLY | O_DIRECTORY | flags);
+    // Names can be changed in a folder that may not be listed.
+    if (!open.isOpen() && errno == EACCES) open = openFile(path, O_PATH | O_DIRECTORY | flags);
+    return open;
+}
+
 int syncFolder(const fs::path& folder)
 {
-    const FileDescriptor open =
-        openFile(folder.empty() ? fs::path(".") : folder, O_RDONLY | O_DIRECTORY);
-    // Names can be changed in a folder that may not be listed.
-    if (!open.isOpen()) return errno == EACCES ? 0 : errno;
-    return syncDescriptor(open.get());
+    const FileDescriptor open = openFolder(folder);
+    return open.isOpen() ? syncFolder(open) : errno;
+}
+
+int syncFolder(const FileDescriptor& folder)
+{
+    const int error = syncDescriptor(folder.get());
+    return error == EBADF ? 0 : error; // it is open only to be worked in
 }
 
 int syncDescriptor(int descriptor)
@@ -57,6 +68,16 @@ int syncDescriptor(int descriptor)
             return errno;
         }
     }
+    return 0;
+}
+
+int renameToNew(int folder, const std::string& from, const std::string& to)
+{
+    if (renameat2(folder, from.c_str(), folder, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
+    if (errno != EINVAL && errno != ENOSYS) return errno;
+    // A file system that cannot do that in one step has second names, or no way at all.
+    if (linkat(folder, from.c_str(), folder, to.c_str(), 0) != 0) return errno;
+    static_cast<void>(unlinkat(folder, from.c_str(), 0));
     return 0;
 }
 

@@ -78,14 +78,15 @@ void NotesBook::takeOver(const NotesBook& before, const NotesBook& theirs)
 NotesBook NotesBook::load(const std::filesystem::path& path)
 {
     auto read = readNotesFile(path);
-    auto* const book = std::get_if<NotesBook>(&read);
-    return book == nullptr ? NotesBook() : std::move(*book);
+    auto* const decoded = std::get_if<NotesJson::Decoded>(&read);
+    return decoded == nullptr ? NotesBook() : std::move(decoded->book);
 }
 
 std::optional<NotesError> NotesBook::save(const std::filesystem::path& path) const
 {
     const auto failed = [&path](FileError error) {
-        return NotesError(NotesError::Kind::notSaved, path, std::move(error.reason));
+        const auto kind = error.isDone ? NotesError::Kind::notSynced : NotesError::Kind::notSaved;
+        return NotesError(kind, path, std::move(error.reason));
     };
     if (auto error = makeFolders(path.parent_path())) return failed(*std::move(error));
     const std::string bytes = NotesJson::encode(*this);

@@ -34,7 +34,8 @@ struct NotesBook {
     [[nodiscard]] static NotesBook load(const std::filesystem::path& path);
 
     /// Replaces the file at `path`, or at the end of the links there, whole and for good; makes the
-    /// missing folders on the way. After an error the former file is as it was.
+    /// missing folders on the way. After an error the former file is as it was, unless it says that
+    /// the new one is not on the disk.
     [[nodiscard]] std::optional<NotesError> save(const std::filesystem::path& path) const;
 
     bool operator==(const NotesBook&) const = default;

@@ -18,6 +18,8 @@ std::string_view whatFailed(NotesError::Kind kind)
         return " could not be read as license notes: ";
     case NotesError::Kind::notSaved:
         return " could not be written: ";
+    case NotesError::Kind::notSynced:
+        return " has been written but may not be on the disk: ";
     }
     return {};
 }

@@ -14,6 +14,7 @@ struct NotesError {
         unreadable, // there is one that the system does not let us read
         malformed,  // what the file holds are no notes
         notSaved,   // the former file is as it was
+        notSynced,  // the new file is in its place, but may not outlast a power failure
     };
     Kind kind{};
     std::string path;   // for people: ill-formed parts are replaced

@@ -1,6 +1,7 @@
 #include "notes/NotesFile.h"
 
 #include "files/DurableFile.h"
+#include "files/FolderLock.h"
 #include "files/Folders.h"
 #include "files/ReadFile.h"
 #include "notes/Limits.h"
@@ -11,7 +12,9 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <string>
+#include <string_view>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -35,13 +38,29 @@ int addName(const fs::path& file, const fs::path& name)
     if (link(file.c_str(), name.c_str()) == 0) return 0;
     if (errno == EEXIST) return EEXIST;
     // Not every file system has second names, nor may every file be given one.
-    return renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) == 0 ? 0
-                                                                                            : errno;
+    return renameToNew(AT_FDCWD, file, name);
+}
+
+/// A file beside `file` that begins with `stem` and is the same file; empty when there is none.
+fs::path sameFile(const fs::path& file, const struct stat& status, std::string_view stem)
+{
+    if (status.st_nlink < 2) return {};
+    const fs::path folder = file.has_parent_path() ? file.parent_path() : ".";
+    std::error_code error;
+    for (auto entry = fs::directory_iterator(folder, error);
+         !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        struct stat other {};
+        if (entry->path().filename().native().starts_with(stem) &&
+            lstat(entry->path().c_str(), &other) == 0 && other.st_ino == status.st_ino &&
+            other.st_dev == status.st_dev)
+            return entry->path();
+    }
+    return {};
 }
 
 } // namespace
 
-std::variant<NotesBook, NotesError> readNotesFile(const fs::path& path)
+std::variant<NotesJson::Decoded, NotesError> readNotesFile(const fs::path& path)
 {
     const auto read = readFile(path, Limits::notesFileBytes);
     if (const auto* error = std::get_if<FileError>(&read)) {
@@ -52,7 +71,20 @@ std::variant<NotesBook, NotesError> readNotesFile(const fs::path& path)
     auto decoded = NotesJson::decode(std::get<std::string>(read));
     if (auto* damage = std::get_if<NotesJson::Damage>(&decoded))
         return NotesError(NotesError::Kind::malformed, path, std::move(damage->reason));
-    return std::move(std::get<NotesBook>(decoded));
+    return std::move(std::get<NotesJson::Decoded>(decoded));
+}
+
+std::variant<FileDescriptor, NotesError> lockNotesFile(const fs::path& path)
+{
+    const auto failed = [&path](FileError error) {
+        return NotesError(NotesError::Kind::notSaved, path, std::move(error.reason));
+    };
+    // A save takes a moment; who takes longer has been stopped.
+    constexpr std::chrono::seconds patience(10);
+    if (auto error = makeFolders(path.parent_path())) return failed(*std::move(error));
+    auto lock = lockFolder(endOfLinks(path).parent_path(), patience);
+    if (auto* error = std::get_if<FileError>(&lock)) return failed(std::move(*error));
+    return std::move(std::get<FileDescriptor>(lock));
 }
 
 std::variant<fs::path, NotesError> keepUnreadable(const fs::path& path,
@@ -66,7 +98,10 @@ std::variant<fs::path, NotesError> keepUnreadable(const fs::path& path,
     if (lstat(file.c_str(), &status) != 0) return failed(FileError::ofSystem(errno));
     if (!S_ISREG(status.st_mode)) return failed({0, "Not a regular file"});
 
-    const std::string stem = path.stem().native() + ".unreadable-" + fileNameDate(now);
+    const std::string anyTime = path.stem().native() + ".unreadable-";
+    // Whoever cannot save tries again and again.
+    if (fs::path kept = sameFile(file, status, anyTime); !kept.empty()) return kept;
+    const std::string stem = anyTime + fileNameDate(now);
     constexpr int mostInOneSecond = 1000;
     for (int number = 1; number <= mostInOneSecond; ++number) {
         const std::string counted = number == 1 ? stem : stem + "-" + std::to_string(number);

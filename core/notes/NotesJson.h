@@ -9,6 +9,14 @@
 
 namespace quillmark::NotesJson {
 
+struct Decoded {
+    NotesBook book{};
+    /// Whether that is all that the text says, so that nothing of it is lost with it.
+    bool isWhole{true};
+
+    bool operator==(const Decoded&) const = default;
+};
+
 /// Why a text holds no notes: the end of a sentence, such as "it is not JSON".
 struct Damage {
     std::string reason;
@@ -20,7 +28,8 @@ struct Damage {
 [[nodiscard]] std::string encode(const NotesBook& book);
 
 /// The book that `text` holds. One note that cannot be read is damage to the whole. Ill-formed
-/// UTF-8 becomes U+FFFD; of a key that is there twice the last one counts.
-[[nodiscard]] std::variant<NotesBook, Damage> decode(std::string_view text);
+/// UTF-8 becomes U+FFFD, of a key that is there twice the last one counts, and a number that is not
+/// ours has the digits that a double-precision one has: then the book is not whole.
+[[nodiscard]] std::variant<Decoded, Damage> decode(std::string_view text);
 
 } // namespace quillmark::NotesJson

@@ -1,7 +1,7 @@
 // A file is replaced whole or stays as it was, whichever system call fails.
 #include "files/DurableFile.h"
 
-#include "files/FaultyCalls.h"
+#include "support/FaultyCalls.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -246,6 +246,7 @@ INSTANTIATE_TEST_SUITE_P(DurableFile, DurableFileFault,
                                          Fault{"BadDiskAtWrite", Call::write, EIO},
                                          Fault{"BadDiskAtSync", Call::fsync, EIO},
                                          Fault{"FullDiskAtSync", Call::fsync, ENOSPC},
+                                         Fault{"BadDiskAtClose", Call::close, EIO},
                                          Fault{"RenameRefused", Call::rename, EACCES},
                                          Fault{"ReadOnlyAtRename", Call::rename, EROFS},
                                          Fault{"BadDiskAtPermissions", Call::fchmod, EIO}),
@@ -259,9 +260,81 @@ TEST_F(DurableFileTest, IsReplacedAlreadyWhenTheFolderCannotBePutOnTheDisk)
         const FaultyCall faulty(Call::fsync, EIO, 1);
         error = writeDurably(at("a"), "new", ownerOnly);
     }
-    EXPECT_EQ(error, FileError::ofSystem(EIO));
+    EXPECT_EQ(error, FileError::unsynced(EIO));
     EXPECT_EQ(folder.content("a"), "new");
     EXPECT_THAT(folder.names(), ElementsAre("a"));
+}
+
+TEST_F(DurableFileTest, StaysInItsFolderWhenThatIsSwapped)
+{
+    folder.write("real/a", "old");
+    folder.write("other/a", "precious");
+    auto made = DurableFile::create(at("real/a"), ownerOnly);
+    ASSERT_TRUE(std::holds_alternative<DurableFile>(made));
+    auto& file = std::get<DurableFile>(made);
+    EXPECT_EQ(writeAll(file.descriptor(), "new"), 0);
+    fs::rename(at("real"), at("moved"));
+    fs::create_symlink("other", at("real"));
+    EXPECT_EQ(file.commit(), std::nullopt);
+    EXPECT_EQ(folder.content("moved/a"), "new");
+    EXPECT_EQ(folder.content("other/a"), "precious");
+    EXPECT_THAT(folder.names("other"), ElementsAre("a"));
+}
+
+TEST_F(DurableFileTest, ThatIsNewIsMade)
+{
+    auto made = DurableFile::createNew(folder.path(), "a", ownerOnly);
+    ASSERT_TRUE(std::holds_alternative<DurableFile>(made));
+    EXPECT_EQ(writeAll(std::get<DurableFile>(made).descriptor(), "new"), 0);
+    EXPECT_EQ(std::get<DurableFile>(made).commit(), std::nullopt);
+    EXPECT_EQ(folder.content("a"), "new");
+    EXPECT_EQ(folder.mode("a"), 0600U);
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
+}
+
+TEST_F(DurableFileTest, ThatIsNewReplacesNothing)
+{
+    folder.write("file", "old");
+    fs::create_symlink("nowhere", at("link"));
+    for (const std::string name : {"file", "link"})
+        EXPECT_EQ(std::get<FileError>(DurableFile::createNew(folder.path(), name, ownerOnly)),
+                  FileError::ofSystem(EEXIST));
+    EXPECT_THAT(folder.names(), ElementsAre("file", "link"));
+}
+
+TEST_F(DurableFileTest, ThatIsNewReplacesNothingThatComesMeanwhile)
+{
+    folder.write("precious", "old");
+    for (const bool knowsTheCall : {true, false}) {
+        fs::remove(at("a"));
+        auto made = DurableFile::createNew(folder.path(), "a", ownerOnly);
+        ASSERT_TRUE(std::holds_alternative<DurableFile>(made));
+        fs::create_symlink("precious", at("a"));
+        // A file system that cannot do it in one step says so.
+        std::optional<FaultyCall> faulty;
+        if (!knowsTheCall) faulty.emplace(Call::rename, EINVAL);
+        EXPECT_EQ(std::get<DurableFile>(made).commit(), FileError::ofSystem(EEXIST));
+    }
+    EXPECT_EQ(folder.content("precious"), "old");
+    EXPECT_THAT(folder.names(), ElementsAre("a", "precious"));
+}
+
+TEST_F(DurableFileTest, ThatIsNewIsMadeWhereItTakesTwoSteps)
+{
+    auto made = DurableFile::createNew(folder.path(), "a", ownerOnly);
+    ASSERT_TRUE(std::holds_alternative<DurableFile>(made));
+    const FaultyCall faulty(Call::rename, EINVAL);
+    EXPECT_EQ(std::get<DurableFile>(made).commit(), std::nullopt);
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
+}
+
+TEST_F(DurableFileTest, ThatIsNewIsNotMadeBehindALink)
+{
+    fs::create_directory(at("real"));
+    fs::create_symlink("real", at("link"));
+    EXPECT_EQ(std::get<FileError>(DurableFile::createNew(at("link"), "a", ownerOnly)),
+              FileError::ofSystem(ENOTDIR));
+    EXPECT_THAT(folder.names("real"), ElementsAre());
 }
 
 TEST_F(DurableFileTest, IsWrittenWhereTheFileSystemKnowsNoSync)

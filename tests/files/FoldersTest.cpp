@@ -1,6 +1,6 @@
 #include "files/Folders.h"
 
-#include "files/FaultyCalls.h"
+#include "support/FaultyCalls.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,7 @@
 // Notes on the disk: where they are read from, and what becomes of the file when saving goes wrong.
 #include "notes/NotesFile.h"
 
+#include "files/FolderLock.h"
 #include "notes/Limits.h"
 #include "notes/NotesBook.h"
 #include "support/TemporaryFolder.h"
@@ -393,6 +394,36 @@ TEST_F(NotesFileTest, ThatIsKeptNeverReplacesAnother)
     EXPECT_EQ(folder.content(keptName), "first");
     EXPECT_EQ(folder.content("notes.unreadable-20261122T021000Z-2.json"), "second");
     EXPECT_EQ(folder.content("notes.unreadable-20261122T021000Z-3.json"), "third");
+}
+
+TEST_F(NotesFileTest, ThatIsKeptIsNotKeptAgainWhileItIsThere)
+{
+    folder.write("notes.json", "corrupt");
+    ASSERT_TRUE(std::holds_alternative<fs::path>(keepUnreadable(at("notes.json"), moment)));
+    const auto again = keepUnreadable(at("notes.json"), moment + 1h);
+    ASSERT_TRUE(std::holds_alternative<fs::path>(again));
+    EXPECT_EQ(std::get<fs::path>(again), at(keptName));
+    EXPECT_THAT(folder.names(), ElementsAre("notes.json", keptName));
+}
+
+TEST_F(NotesFileTest, ThatIsLockedIsNotWrittenByOthersMeanwhile)
+{
+    auto lock = lockNotesFile(at("share/notes.json"));
+    ASSERT_TRUE(std::holds_alternative<FileDescriptor>(lock));
+    EXPECT_TRUE(std::get<FileDescriptor>(lock).isOpen());
+    EXPECT_TRUE(std::holds_alternative<FileError>(lockFolder(at("share"), 0ms)));
+    std::get<FileDescriptor>(lock) = FileDescriptor();
+    EXPECT_TRUE(std::holds_alternative<FileDescriptor>(lockFolder(at("share"), 0ms)));
+}
+
+TEST_F(NotesFileTest, BehindALinkIsLockedWhereItIs)
+{
+    folder.write("deep/mine.json", "{}");
+    fs::create_symlink("deep/mine.json", at("notes.json"));
+    const auto lock = lockNotesFile(at("notes.json"));
+    ASSERT_TRUE(std::holds_alternative<FileDescriptor>(lock));
+    EXPECT_TRUE(std::holds_alternative<FileError>(lockFolder(at("deep"), 0ms)));
+    EXPECT_TRUE(std::holds_alternative<FileDescriptor>(lockFolder(folder.path(), 0ms)));
 }
 
 TEST_F(NotesFileTest, ThatMayNotBeReadIsKeptAllTheSame)

@@ -50,8 +50,8 @@ NotesBook decoded(std::string_view text)
 {
     auto result = NotesJson::decode(text);
     if (const auto* damage = std::get_if<Damage>(&result)) ADD_FAILURE() << damage->reason;
-    auto* const book = std::get_if<NotesBook>(&result);
-    return book == nullptr ? NotesBook() : std::move(*book);
+    auto* const found = std::get_if<NotesJson::Decoded>(&result);
+    return found == nullptr ? NotesBook() : std::move(found->book);
 }
 
 /// Empty when the text can be read.
@@ -60,6 +60,15 @@ std::string damage(std::string_view text)
     const auto result = NotesJson::decode(text);
     const auto* found = std::get_if<Damage>(&result);
     return found == nullptr ? "" : found->reason;
+}
+
+/// Whether the book that is read of a text has all that it says.
+bool isWhole(std::string_view text)
+{
+    const auto result = NotesJson::decode(text);
+    const auto* const found = std::get_if<NotesJson::Decoded>(&result);
+    EXPECT_NE(found, nullptr) << text;
+    return found != nullptr && found->isWhole;
 }
 
 std::string replaced(std::string_view text, std::string_view what, std::string_view with)
@@ -433,6 +442,58 @@ TEST(NotesJson, CountsNothingInsideTexts)
     const std::string marks = "\\\"[{" + std::string(Limits::notesFileMarks, ',');
     EXPECT_EQ(damage(replaced(fullNoteText, "two seats", marks)), "");
     EXPECT_EQ(damage(replaced(fullNoteText, "two seats", std::string(100, '[') + "\\\\")), "");
+}
+
+// Whether all was read
+
+TEST(NotesJson, OfOurOwnIsReadWhole)
+{
+    EXPECT_TRUE(isWhole(fullNoteText));
+    EXPECT_TRUE(isWhole(R"({"notes": {}})"));
+}
+
+TEST(NotesJson, WithUnknownKeysIsReadWhole)
+{
+    EXPECT_TRUE(isWhole(R"({"notes": {}, "a": [1, {"b": null, "c": -0.5e3, "d": "é"}, true]})"));
+    EXPECT_TRUE(isWhole(R"({"notes": {}, "a": 18446744073709551615, "b": 0.000012345678901234})"));
+    EXPECT_TRUE(isWhole(R"({"notes": {}, "as we write it": 0.12345678901234568})"));
+}
+
+TEST(NotesJson, ThatSaysMoreThanIsReadIsNotWhole)
+{
+    const std::string note(fullNoteText.substr(
+        fullNoteText.find("{\n      \"attachment\""),
+        fullNoteText.rfind("}\n  }\n}") - fullNoteText.find("{\n      \"attachment\"") + 1));
+    for (const std::string& text : {
+             std::string("{\"notes\": {}, \"\xC3\": 1}"),
+             std::string(R"({"notes": {}, "notes": {}})"),
+             std::string(R"({"notes": {}, "a": 1, "a": 2})"),
+             std::string(R"({"notes": {}, "a": [{"b": 1, "b": 2}]})"),
+             std::string(R"({"notes": {}, "a": 0.123456789012345678})"),
+             std::string(R"({"notes": {}, "a": 18446744073709551616})"),
+             "{\"notes\": {\"A\": " + note + ", \"A\": " + note + "}}",
+             "{\"notes\": {\"A\": 1, \"A\": " + note + "}}",
+             replaced(fullNoteText, "\"text\":", "\"text\": \"\", \"text\":"),
+             replaced(fullNoteText, "\"text\":", "\"x\": [], \"x\": {}, \"text\":"),
+         })
+        EXPECT_FALSE(isWhole(text)) << text;
+}
+
+TEST(NotesJson, WithANoteTwiceIsAsGoodAsTheLastOne)
+{
+    const std::string good = R"({"boughtFrom": "", "license": "web", "url": "", "text": "good",
+                                 "updated": "2026-01-01T00:00:00Z"})";
+    EXPECT_EQ(decoded(R"({"notes": {"A": {}, "A": )" + good + "}}").note("A")->text, "good");
+    EXPECT_EQ(damage(R"({"notes": {"A": )" + good + R"(, "A": {}}})"),
+              "the note on \"A\" has no valid \"boughtFrom\"");
+    EXPECT_EQ(damage(R"({"notes": 1, "notes": {}})"), "");
+    EXPECT_EQ(damage(R"({"notes": {}, "notes": 1})"), "it has no \"notes\"");
+}
+
+TEST(NotesJson, WithTwoDamagedNotesSpeaksOfTheFirst)
+{
+    EXPECT_EQ(damage(R"({"notes": {"B": {}, "A": {"boughtFrom": ""}}})"),
+              "the note on \"A\" has no valid \"license\"");
 }
 
 } // namespace

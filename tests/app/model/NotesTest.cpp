@@ -127,6 +127,19 @@ TEST_F(Notes, AFileThatWasNeverLoadedIsKeptAsideToo)
                 ElementsAre("notes.json", "notes.unreadable-20260314T090000Z.json"));
 }
 
+TEST_F(Notes, AFileThatSaysMoreThanIsReadIsKeptAsideAndItsNotesStay)
+{
+    const std::string text = "{\"notes\": {}, \"twice\": 1, \"twice\": 2}";
+    folder.write("data/Quillmark/notes.json", text);
+    model->start();
+    save({.text = "Hello"}, "Brook");
+    save({.text = "Hello"}, "Cedar");
+    EXPECT_THAT(namesIn(places.dataFolder),
+                ElementsAre("notes.json", "notes.unreadable-20260314T090000Z.json"));
+    EXPECT_EQ(content(places.dataFolder / "notes.unreadable-20260314T090000Z.json"), text);
+    EXPECT_THAT(*content(places.notesFile()), HasSubstr("\"twice\": 2"));
+}
+
 TEST_F(Notes, AFileThatWasReadIsNotKeptAside)
 {
     folder.write("data/Quillmark/notes.json", "{\"notes\": half of");

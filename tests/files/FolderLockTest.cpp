@@ -1,0 +1,65 @@
+#include "files/FolderLock.h"
+
+#include "support/FaultyCalls.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <chrono>
+#include <optional>
+#include <utility>
+#include <variant>
+
+namespace quillmark::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::optional<FileDescriptor> lock(const std::filesystem::path& folder)
+{
+    auto locked = lockFolder(folder, 0ms);
+    auto* const descriptor = std::get_if<FileDescriptor>(&locked);
+    return descriptor == nullptr ? std::nullopt : std::optional(std::move(*descriptor));
+}
+
+TEST(FolderLock, IsHeldByOneAtATimeAndLeavesNothingBehind)
+{
+    const TemporaryFolder folder;
+    auto held = lock(folder.path());
+    ASSERT_TRUE(held);
+    EXPECT_TRUE(held->isOpen());
+    EXPECT_FALSE(lock(folder.path()));
+    held.reset();
+    EXPECT_TRUE(lock(folder.path()));
+    EXPECT_THAT(folder.names(), testing::IsEmpty());
+}
+
+TEST(FolderLock, OfSomebodyElseIsNotWaitedForForEver)
+{
+    const TemporaryFolder folder;
+    const auto held = lock(folder.path());
+    const auto refused = lockFolder(folder.path(), 5ms);
+    ASSERT_TRUE(std::holds_alternative<FileError>(refused));
+    EXPECT_EQ(std::get<FileError>(refused).number, EWOULDBLOCK);
+}
+
+TEST(FolderLock, IsDoneWithoutWhereTheFileSystemKnowsNone)
+{
+    const TemporaryFolder folder;
+    const FaultyCall faulty(Call::lock, ENOLCK);
+    const auto locked = lock(folder.path());
+    ASSERT_TRUE(locked);
+    EXPECT_FALSE(locked->isOpen());
+}
+
+TEST(FolderLock, OfAMissingFolderIsAnError)
+{
+    const TemporaryFolder folder;
+    const auto locked = lockFolder(folder.path() / "missing", 0ms);
+    ASSERT_TRUE(std::holds_alternative<FileError>(locked));
+    EXPECT_EQ(std::get<FileError>(locked), FileError::ofSystem(ENOENT));
+}
+
+} // namespace
+} // namespace quillmark::test
