@@ -3,6 +3,7 @@
 #include "export/EmbeddedFont.h"
 
 #include "WrittenPDF.h"
+#include "export/CFFProgram.h"
 #include "fontfile/CFF.h"
 #include "support/FontBytes.h"
 #include "support/FontContainers.h"
@@ -221,6 +222,38 @@ TEST(EmbeddedFont, TellsTheTextOfEachCodeInBlocksOfAHundred)
                                 "<0066><003100300032>\nendbfchar\nendcmap")));
 }
 
+TEST(EmbeddedFont, DrawsQuadraticCurvesAsCubicOnes)
+{
+    const auto font = EmbeddedFont::open({dejaVu, 0});
+    ASSERT_TRUE(font && font->code(U'('));
+    CharStrings charStrings;
+    CharString drawn(charStrings, 799 * 1000.0 / 2048);
+    double x = 635;
+    double y = 1554;
+    const auto scaled = [](double position) { return position * 1000 / 2048; };
+    const auto conicTo = [&](double controlX, double controlY, double endX, double endY) {
+        drawn.curveTo(scaled((x + 2 * controlX) / 3), scaled((y + 2 * controlY) / 3),
+                      scaled((endX + 2 * controlX) / 3), scaled((endY + 2 * controlY) / 3),
+                      scaled(endX), scaled(endY));
+        x = endX;
+        y = endY;
+    };
+    // As the font has it; every second end lies in the middle of two control points.
+    drawn.moveTo(scaled(x), scaled(y));
+    conicTo(501, 1324, 436, 1099);
+    conicTo(371, 874, 371, 643);
+    conicTo(371, 412, 436, 185);
+    conicTo(502, -41, 635, -270);
+    drawn.lineTo(scaled(x = 475), scaled(y));
+    conicTo(325, -35, 250, 192);
+    conicTo(176, 419, 176, 643);
+    conicTo(176, 866, 250, 1092);
+    conicTo(324, 1318, 475, 1554);
+    drawn.lineTo(scaled(635), scaled(1554));
+    drawn.finish();
+    EXPECT_THAT(streamWith(written(*font), "/CIDFontType0C"), HasSubstr(charStrings.bytes));
+}
+
 TEST(EmbeddedFont, KeepsItsNamesInTheProgramAsASCII)
 {
     const RenamedFont font({{0, u"\u00A9 1999 J\u00F6rg ~"},
@@ -287,6 +320,34 @@ TEST(EmbeddedFont, HasColorsOnlyWhereAFontIsMadeOfThem)
     EXPECT_FALSE(plain->image(36));
     EXPECT_TRUE(emoji->hasColors());
     EXPECT_FALSE(emoji->image(0xFFFFFF));
+}
+
+TEST(EmbeddedFont, HasColoredGlyphsAsImagesOfHalfTheirPixels)
+{
+    // 136 times 128 pixels of which 109 are an em, 101 of them above the base line.
+    const auto emoji = EmbeddedFont::open({"/usr/share/fonts/truetype/noto/NotoColorEmoji.ttf", 0});
+    ASSERT_TRUE(emoji);
+    constexpr unsigned grinningFace = 883;
+    EXPECT_DOUBLE_EQ(emoji->advance(emoji->code(grinningFace, "x")), 136 * 1000.0 / 109);
+    const auto image = emoji->image(grinningFace);
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image->width, 68);
+    EXPECT_EQ(image->height, 64);
+    EXPECT_DOUBLE_EQ(image->pixel, 2.0 / 109);
+    EXPECT_DOUBLE_EQ(image->left, 0);
+    EXPECT_NEAR(image->bottom, (101 - 128) / 109.0, 1e-9);
+    ASSERT_EQ(image->alpha.size(), 68U * 64);
+    ASSERT_EQ(image->colors.size(), 3U * 68 * 64);
+    // A corner has nothing; the cheek is yellow and opaque.
+    EXPECT_EQ(image->alpha[0], '\0');
+    const std::size_t cheek = 40 * 68 + 12;
+    EXPECT_EQ(static_cast<unsigned char>(image->alpha[cheek]), 255);
+    const auto channel = [&](std::size_t at) {
+        return static_cast<unsigned>(static_cast<unsigned char>(image->colors[3 * cheek + at]));
+    };
+    EXPECT_GT(channel(0), 230U);
+    EXPECT_GT(channel(1), 150U);
+    EXPECT_LT(channel(2), 100U);
 }
 
 } // namespace

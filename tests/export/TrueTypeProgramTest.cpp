@@ -175,6 +175,38 @@ TEST_F(SixGlyphs, AComposedGlyphComesWithItsParts)
                                              m_glyphs[4] + padding, m_glyphs[5] + padding));
 }
 
+TEST_F(SixGlyphs, APartIsFoundBehindOneOfAnySize)
+{
+    constexpr std::uint16_t twoScales = 0x0040;
+    constexpr std::uint16_t matrix = 0x0080;
+    const std::map<unsigned, std::size_t> sizes{
+        {0, 2},         {wideArguments, 4}, {oneScale, 4},
+        {twoScales, 6}, {matrix, 10},       {wideArguments | matrix, 12},
+    };
+    for (const auto& [flags, size] : sizes) {
+        m_glyphs[5] = bigEndian({isComposed, 0, 0, 0, 0}) +
+                      bigEndian({static_cast<std::uint16_t>(moreComponents | flags), 1}) +
+                      std::string(size, '\x7F') + bigEndian({0, 2, 0});
+        setLocations(0);
+        const auto made = program({5});
+        ASSERT_TRUE(made);
+        EXPECT_EQ(outlines(*made).at(1), simpleOutline('1')) << flags;
+        EXPECT_EQ(outlines(*made).at(2), simpleOutline('2')) << flags;
+        EXPECT_EQ(outlines(*made).at(4), "") << flags;
+    }
+}
+
+TEST_F(SixGlyphs, AnOutlineIsNotTakenForParts)
+{
+    m_glyphs[2] = bigEndian({1, 0, 0, 0, 0, 0, 1, 0});
+    m_glyphs[5] = bigEndian({isComposed, 0, 0, 0, 0}); // cut before its first part
+    setLocations(0);
+    const auto made = program({2, 5});
+    ASSERT_TRUE(made);
+    EXPECT_THAT(outlines(*made), ElementsAre(simpleOutline('0'), "", m_glyphs[2], "", "",
+                                             m_glyphs[5] + std::string(2, '\0')));
+}
+
 TEST_F(SixGlyphs, LocationsInFourBytesAreReadToo)
 {
     const auto narrow = program({1, 4});

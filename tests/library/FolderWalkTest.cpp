@@ -1,5 +1,6 @@
 #include "library/FolderWalk.h"
 
+#include "library/Limits.h"
 #include "support/TemporaryFolder.h"
 #include "support/Unprivileged.h"
 
@@ -330,6 +331,16 @@ TEST(FolderWalk, FindsAFontBelowFiveThousandFolders)
     ASSERT_THAT(contents.fonts, SizeIs(1));
     EXPECT_EQ(contents.fonts[0].path.size(),
               folder.path().string().size() + 10'000 + std::string("/deep.ttf").size());
+}
+
+TEST(FolderWalk, DoesNotEnterFoldersWhosePathsTakeMoreThan16KiB)
+{
+    static_assert(Limits::pathBytes == 16384);
+    const fs::path memory = "/dev/shm";
+    const TemporaryFolder folder(fs::is_directory(memory) ? memory : fs::temp_directory_path());
+    folder.write("a.ttf", "");
+    const DeepFolders deep(folder.path(), 8192);
+    EXPECT_THAT(fontsBelow(folder.path()), ElementsAre("a.ttf"));
 }
 
 } // namespace

@@ -134,6 +134,17 @@ TEST(FreeTypeFaces, ADfontGivesTheTablesOfEveryFace)
                                                     "1 format 3 name DejaVu Sans fsType 0"));
 }
 
+TEST(FreeTypeFaces, ATableMayBeOneByteLong)
+{
+    test::FontBytes font;
+    font.face(test::versionOf(dejaVu()));
+    for (auto& table : test::tablesOf(dejaVu()))
+        font.table(table.tag, table.tag == "OS/2" ? Bytes(1, std::byte{7}) : table.bytes);
+    const auto faces = read(test::dfont({font.build()}));
+    ASSERT_THAT(faces, SizeIs(1));
+    EXPECT_EQ(faces[0].os2, Bytes(1, std::byte{7}));
+}
+
 TEST(FreeTypeFaces, VariableFacesAreThoseWithAnFvarTable)
 {
     EXPECT_THAT(read(test::dfont({dejaVu()}), Faces::variable), IsEmpty());

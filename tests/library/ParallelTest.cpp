@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
+#include <future>
 #include <stdexcept>
 #include <vector>
 
@@ -17,6 +19,18 @@ TEST(Parallel, DoesEachIndexOnce)
         for (const auto& number : calls)
             EXPECT_EQ(number, 1);
     }
+}
+
+TEST(Parallel, GivesAThreadSixteenAtOnceAndTheNextOnesToAnother)
+{
+    if (coreCount() < 2) GTEST_SKIP() << "needs two cores";
+    std::promise<void> isReached;
+    auto reached = isReached.get_future();
+    forEachIndex(32, [&](std::size_t i) {
+        if (i == 16) isReached.set_value();
+        if (i != 15) return;
+        EXPECT_EQ(reached.wait_for(std::chrono::seconds(30)), std::future_status::ready);
+    });
 }
 
 TEST(Parallel, ThrowsAgainWhatTheWorkThrows)

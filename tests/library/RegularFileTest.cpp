@@ -49,6 +49,18 @@ TEST(RegularFile, ReadsOnThroughShortAndInterruptedReads)
     EXPECT_EQ(textAt(*file, 1, 20), "123456789");
 }
 
+TEST(RegularFile, IsFoundFromTheCurrentFolder)
+{
+    const TemporaryFolder folder;
+    folder.write("a", "x");
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    const auto file = RegularFile::open("a");
+    std::filesystem::current_path(before);
+    ASSERT_TRUE(file);
+    EXPECT_EQ(textAt(*file, 0, 1), "x");
+}
+
 TEST(RegularFile, FollowsALink)
 {
     const TemporaryFolder folder;
@@ -66,6 +78,17 @@ TEST(RegularFile, OpensNothingButRegularFiles)
                                     std::string("/dev/null"), (folder.path() / "dangling").string(),
                                     (folder.path() / "missing").string(), std::string()})
         EXPECT_FALSE(RegularFile::open(path)) << path;
+}
+
+TEST(RegularFile, DoesNotOpenALongPathThroughAFolderThatIsNotThere)
+{
+    const TemporaryFolder folder;
+    std::string path = folder.path().string() + "/missing";
+    while (path.size() < 10'000)
+        path += "/deeper";
+    EXPECT_FALSE(RegularFile::open(path + "/a"));
+    EXPECT_FALSE(RegularFile::open(folder.path().string() + std::string(10'000, '/')));
+    EXPECT_FALSE(RegularFile::open(std::string(10'000, 'x')));
 }
 
 TEST(RegularFile, DoesNotOpenWhatMayNotBeRead)

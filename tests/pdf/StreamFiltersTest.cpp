@@ -278,6 +278,11 @@ TEST(ASCII85, ZIsFourZeros)
     EXPECT_EQ(decoded("z~>", Kind::ascii85), std::string(4, '\0'));
 }
 
+TEST(ASCII85, ZInsideAGroupEndsTheData)
+{
+    EXPECT_EQ(decoded("9jqo^Blz9jqo^~>", Kind::ascii85), "Man i");
+}
+
 TEST(ASCII85, WhiteSpaceIsPassedOver)
 {
     EXPECT_EQ(decoded("9j qo\n^~>", Kind::ascii85), "Man ");
@@ -326,6 +331,32 @@ TEST(Predictors, EveryPNGTagIsUndone)
                                 "\2\3\4"
                                 "\3\4\5"
                                 "\1\2\3"));
+}
+
+TEST(Predictors, PaethTakesTheNearestNeighbourAndOfEqualOnesTheEarlier)
+{
+    struct Neighbours {
+        int left;
+        int above;
+        int aboveLeft;
+        int taken;
+    };
+    // Left, above, above left, each on its own; then ties, in which that order decides.
+    for (const auto& [left, above, aboveLeft, taken] :
+         {Neighbours{30, 10, 10, 30}, Neighbours{10, 30, 10, 30}, Neighbours{10, 30, 20, 20},
+          Neighbours{30, 10, 20, 20}, Neighbours{6, 12, 10, 6}, Neighbours{12, 9, 10, 12},
+          Neighbours{9, 12, 10, 12}, Neighbours{10, 6, 10, 6}, Neighbours{7, 7, 9, 7}}) {
+        // Two rows of two pixels. The first of the second row is predicted from above.
+        std::string rows;
+        for (const int byte : {0, aboveLeft, above, 4, left - aboveLeft, 0})
+            rows += static_cast<char>(byte);
+        const auto data =
+            predicted(rows, {.predictor = 15, .colors = 1, .bitsPerComponent = 8, .columns = 2});
+        ASSERT_TRUE(data);
+        EXPECT_EQ(data->size(), 4U);
+        EXPECT_EQ(data->back(), static_cast<char>(taken))
+            << left << ' ' << above << ' ' << aboveLeft;
+    }
 }
 
 TEST(Predictors, PNGTakesTheLeftNeighbourAWholePixelAway)

@@ -57,6 +57,8 @@ constexpr auto forms = std::to_array<Form>({
     {"OffsetOfHours", "2026-03-14T10:26:53+01"},
     {"OffsetOfHalfAnHour", "2026-03-14T14:56:53+05:30"},
     {"OffsetToTheWest", "2026-03-14T01:26:53-08:00"},
+    {"LargestOffset", "2026-03-15T09:25:53+23:59"},
+    {"LargestOffsetToTheWest", "2026-03-13T09:27:53-23:59"},
     {"OffsetAcrossMidnight", "2026-03-13T22:26:53-1100"},
     {"Milliseconds", "2026-03-14T09:26:53.589Z"},
     {"Nanoseconds", "2026-03-14T09:26:53.999999999Z"},
