@@ -19,7 +19,7 @@ inline std::optional<PDF::Bytes> decoded(std::span<const std::byte> data, const 
     auto result =
         decoder.decode(PDF::Bytes(data.begin(), data.end()), std::span(&filter, 1), decodedLimit);
     if (result) {
-        expect(!result->empty() && result->size() <= decodedLimit);
+        expect(result->empty() == data.empty() && result->size() <= decodedLimit);
         expect(decoder.budget() <= 8 * decodedLimit - data.size() - result->size());
     }
     return result;

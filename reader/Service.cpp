@@ -30,6 +30,10 @@ constexpr std::size_t sentAtOnce = std::size_t{32} << 10U;
 /// and so are older ones, so that whoever waits knows that files are still being read.
 constexpr std::chrono::milliseconds heldBack{50};
 
+/// Free memory that is kept for the next files, in bytes. Ordinary ones take less, so that nothing
+/// is cleared again for them.
+constexpr std::size_t spareMemory = std::size_t{4} << 20U;
+
 /// Answers on their way.
 class Sender {
 public:
@@ -160,6 +164,7 @@ void serve(int channel, Begun& begun, const FileReading& reading)
             if (!sender.sendIfDue()) return;
         }
         if (questions.isBroken() || !sender.send()) return;
+        returnMemory(spareMemory);
     }
 }
 

@@ -69,6 +69,8 @@ class Bench:
             print_ratio(totals, peer, title=INSTALLED)
         print_ratio(totals, QUILLMARK, title=ALL_AT_ONCE)
         self._print_slowest(costs)
+        start = median(totals[START]).wall / len(documents)
+        print_figure("ms by the clock for --version", start * 1e3, 20)
 
     def _print_slowest(self, costs: dict[str, dict[Path, list[Cost]]]) -> None:
         def cpu(title: str, document: Path) -> float:
@@ -92,6 +94,7 @@ class Bench:
         for title, each in peaks.items():
             peak, document = max(each)
             print(f"{title:<28}{peak / 1024:9.1f} MB at most, for {self._title(document)}")
+        print_figure("MB at most for one of them", max(peaks[QUILLMARK])[0] / 1024, 300)
         together = peak_memory(self.check(*documents))
         print(f"{ALL_AT_ONCE:<28}{together / 1024:9.1f} MB")
 

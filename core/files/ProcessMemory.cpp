@@ -14,4 +14,9 @@ void keepMemory()
     static_cast<void>(mallopt(M_TOP_PAD, growth));
 }
 
+void returnMemory(std::size_t spare)
+{
+    if (mallinfo2().fordblks > spare) static_cast<void>(malloc_trim(0));
+}
+
 } // namespace quillmark

@@ -1,6 +1,7 @@
 // Has the reader process read mutants of fonts or documents, one after the other, and tells of each
-// over which it ends, is silent, says what no sound reader says or takes too much memory. Run by
-// ../../scripts/mutants and by CTest.
+// over which it ends, is silent, says what no sound reader says or takes too much memory; or sees
+// whether a process that reads both in turn takes more and more memory; or writes mutants for other
+// programs. Run by ../../scripts/mutants and by CTest.
 
 #include "Inputs.h"
 
@@ -72,19 +73,65 @@ private:
     reader::DocumentAnswer m_document;
 };
 
-/// The most memory that a process has had, in MiB.
-std::size_t mostMemory(pid_t process)
+/// A figure of the memory of a process, in KiB; zero if there is none. VmHWM is the most that it
+/// has had, RssAnon what it has of its own, without its program and libraries.
+std::size_t memoryOf(pid_t process, std::string_view figure)
 {
     std::ifstream status("/proc/" + std::to_string(process) + "/status");
     for (std::string line; std::getline(status, line);)
-        if (line.starts_with("VmHWM:")) return std::stoul(line.substr(6)) / 1024;
+        if (line.starts_with(figure)) return std::stoul(line.substr(figure.size() + 1));
     return 0;
+}
+
+void write(const std::filesystem::path& path, const test::Bytes& bytes)
+{
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file << test::asText(bytes);
+    if (!file.flush()) throw std::runtime_error("a mutant could not be written");
+}
+
+std::string fileName(const Kind& kind, std::uint64_t number)
+{
+    return std::string(kind.name) + '-' + std::to_string(number) + std::string(kind.extension);
+}
+
+/// Has a process read one file: what is wrong with its answer, if anything. `readable` counts the
+/// files of which something could be read.
+const char* readFile(ReaderProcess& process, reader::Question question,
+                     const std::filesystem::path& file, std::uint64_t& readable)
+{
+    const Clock::time_point end = Clock::now() + longest;
+    writeQuestion(process.questions(), question, file.native());
+    Answer answer(question);
+    for (;;) {
+        switch (process.wait(end)) {
+        case ReaderProcess::Event::ended:
+            return "a crash";
+        case ReaderProcess::Event::silent:
+            return "silence";
+        case ReaderProcess::Event::answered:
+            break;
+        }
+        while (const auto frame = process.answers().next()) {
+            switch (answer.add(*frame)) {
+            case Progress::goesOn:
+                continue;
+            case Progress::broken:
+                return "no answer";
+            case Progress::ended:
+                process.countAnswer();
+                if (answer.takeFound()) ++readable;
+                return process.answers().isEmpty() ? nullptr : "too long an answer";
+            }
+        }
+        if (process.answers().isBroken()) return "no answer";
+    }
 }
 
 class Run {
 public:
-    Run(const Kind& kind, std::filesystem::path program, const std::filesystem::path& findings)
-        : m_kind(kind), m_program(std::move(program)), m_findings(findings),
+    Run(const Kind& kind, std::filesystem::path program, std::filesystem::path findings)
+        : m_kind(kind), m_program(std::move(program)), m_findings(std::move(findings)),
           m_file(m_folder.path() / ("mutant" + std::string(kind.extension)))
     {
     }
@@ -93,20 +140,16 @@ public:
     {
         if (!m_process || number % perProcess == 0)
             m_process = std::make_unique<ReaderProcess>(m_program);
-        {
-            std::ofstream file(m_file, std::ios::binary | std::ios::trunc);
-            file << test::asText(mutant.bytes);
-            if (!file.flush()) throw std::runtime_error("a mutant could not be written");
-        }
+        write(m_file, mutant.bytes);
         const Clock::time_point begin = Clock::now();
-        const char* problem = answered(begin + longest);
+        const char* problem = readFile(*m_process, m_kind.question, m_file, m_readable);
         const milliseconds time = ceil<milliseconds>(Clock::now() - begin);
         if (time > m_longestTime) {
             m_longestTime = time;
             m_slowest = number;
         }
         if (!problem) {
-            const std::size_t memory = mostMemory(m_process->number());
+            const std::size_t memory = memoryOf(m_process->number(), "VmHWM:") / 1024;
             if (memory == 0) problem = "memory that could not be measured";
             if (memory > m_kind.mebibytes) problem = "too much memory";
             m_mostMemory = std::max(m_mostMemory, memory);
@@ -128,43 +171,12 @@ public:
     }
 
 private:
-    /// What is wrong with the answer, if anything.
-    const char* answered(Clock::time_point end)
-    {
-        writeQuestion(m_process->questions(), m_kind.question, m_file.native());
-        Answer answer(m_kind.question);
-        for (;;) {
-            switch (m_process->wait(end)) {
-            case ReaderProcess::Event::ended:
-                return "a crash";
-            case ReaderProcess::Event::silent:
-                return "silence";
-            case ReaderProcess::Event::answered:
-                break;
-            }
-            while (const auto frame = m_process->answers().next()) {
-                switch (answer.add(*frame)) {
-                case Progress::goesOn:
-                    continue;
-                case Progress::broken:
-                    return "no answer";
-                case Progress::ended:
-                    m_process->countAnswer();
-                    if (answer.takeFound()) ++m_readable;
-                    return m_process->answers().isEmpty() ? nullptr : "too long an answer";
-                }
-            }
-            if (m_process->answers().isBroken()) return "no answer";
-        }
-    }
-
     void keep(std::uint64_t number, const fuzz::Mutants::Mutant& mutant, const char* problem)
     {
         ++m_found;
         m_process.reset();
         std::filesystem::create_directories(m_findings);
-        const auto path = m_findings / (std::string(m_kind.name) + '-' + std::to_string(number) +
-                                        std::string(m_kind.extension));
+        const auto path = m_findings / fileName(m_kind, number);
         std::filesystem::copy_file(m_file, path, std::filesystem::copy_options::overwrite_existing);
         std::printf("%s over mutant %llu, made of %s: %s\n", problem,
                     static_cast<unsigned long long>(number), mutant.name.c_str(), path.c_str());
@@ -183,6 +195,36 @@ private:
     int m_found{};
 };
 
+/// Has one process read so many mutants of each kind in turn; whether its memory has grown by at
+/// most a twentieth since the first fifth of them.
+bool staysSmall(const std::filesystem::path& program,
+                const std::vector<std::unique_ptr<fuzz::Mutants>>& mutants, std::uint64_t first,
+                std::uint64_t count)
+{
+    const test::TemporaryFolder folder;
+    const auto file = folder.path() / "mutant";
+    ReaderProcess process(program);
+    std::uint64_t readable = 0;
+    std::size_t fifth = 0;
+    for (std::uint64_t i = 0; i < count; ++i) {
+        for (std::size_t kind = 0; kind < kinds.size(); ++kind) {
+            write(file, mutants[kind]->make(first + i).bytes);
+            if (const char* problem = readFile(process, kinds[kind].question, file, readable)) {
+                std::printf("%s over %s %llu\n", problem, std::string(kinds[kind].name).c_str(),
+                            static_cast<unsigned long long>(first + i));
+                return false;
+            }
+        }
+        if (i == count / 5) fifth = memoryOf(process.number(), "RssAnon:");
+    }
+    const std::size_t end = memoryOf(process.number(), "RssAnon:");
+    std::printf("%llu fonts and as many documents in one process: something was read of %llu; %zu "
+                "KiB after the first fifth, %zu KiB at the end\n",
+                static_cast<unsigned long long>(count), static_cast<unsigned long long>(readable),
+                fifth, end);
+    return fifth > 0 && end <= fifth + fifth / 20;
+}
+
 std::optional<std::uint64_t> number(std::string_view text)
 {
     std::uint64_t value = 0;
@@ -191,28 +233,45 @@ std::optional<std::uint64_t> number(std::string_view text)
     return value;
 }
 
+constexpr const char* usage =
+    "usage: mutants fonts|documents SEEDS WORDS FIRST COUNT READER FINDINGS\n"
+    "       mutants growth SEEDS WORDS FIRST COUNT READER\n"
+    "       mutants write SEEDS WORDS FIRST COUNT FOLDER\n";
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     const std::vector<std::string> given(argv + std::min(argc, 1), argv + argc);
-    const auto kind = std::ranges::find(
-        kinds, given.empty() ? std::string_view() : std::string_view(given.front()), &Kind::name);
-    const auto first = given.size() == 7 ? number(given[5]) : std::nullopt;
-    const auto count = given.size() == 7 ? number(given[6]) : std::nullopt;
-    if (kind == kinds.end() || !first || !count) {
-        std::fputs("usage: mutants fonts|documents READER SEEDS WORDS FINDINGS FIRST COUNT\n",
-                   stderr);
+    const std::string what = given.empty() ? "" : given.front();
+    const auto kind = std::ranges::find(kinds, std::string_view(what), &Kind::name);
+    const bool isKnown = kind != kinds.end()
+                             ? given.size() == 7
+                             : (what == "growth" || what == "write") && given.size() == 6;
+    const auto first = isKnown ? number(given[3]) : std::nullopt;
+    const auto count = isKnown ? number(given[4]) : std::nullopt;
+    if (!first || !count) {
+        std::fputs(usage, stderr);
         return EXIT_FAILURE;
     }
-    std::unique_ptr<fuzz::Mutants> mutants;
-    if (kind->question == reader::Question::document)
-        mutants = std::make_unique<fuzz::DocumentMutants>(given[2], given[3]);
-    else
-        mutants = std::make_unique<fuzz::FontMutants>(given[2]);
+    // In the order of `kinds`.
+    std::vector<std::unique_ptr<fuzz::Mutants>> mutants;
+    mutants.push_back(std::make_unique<fuzz::FontMutants>(given[1]));
+    mutants.push_back(std::make_unique<fuzz::DocumentMutants>(given[1], given[2]));
+    if (what == "growth")
+        return staysSmall(given[5], mutants, *first, *count) ? EXIT_SUCCESS : EXIT_FAILURE;
+    if (what == "write") {
+        std::filesystem::create_directories(given[5]);
+        for (std::uint64_t i = *first; i < *first + *count; ++i)
+            for (std::size_t each = 0; each < kinds.size(); ++each)
+                write(std::filesystem::path(given[5]) / fileName(kinds[each], i),
+                      mutants[each]->make(i).bytes);
+        return EXIT_SUCCESS;
+    }
+    const auto& chosen = *mutants[static_cast<std::size_t>(kind - kinds.begin())];
     const Clock::time_point begin = Clock::now();
-    Run run(*kind, given[1], given[4]);
+    Run run(*kind, given[5], given[6]);
     for (std::uint64_t i = 0; i < *count; ++i)
-        run.read(*first + i, mutants->make(*first + i));
+        run.read(*first + i, chosen.make(*first + i));
     return run.finish(*count, ceil<seconds>(Clock::now() - begin)) ? EXIT_SUCCESS : EXIT_FAILURE;
 }

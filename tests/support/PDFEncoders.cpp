@@ -4,8 +4,10 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include <zlib.h>
 
@@ -44,38 +46,40 @@ Bytes lzw(std::span<const std::byte> data, bool earlyChange)
     constexpr unsigned end = 257;
     constexpr unsigned full = 4094;
     const unsigned early = earlyChange ? 1 : 0;
-    std::map<std::string, unsigned> table;
+    // The code of a piece that is one byte longer than the piece of another code.
+    std::map<std::pair<unsigned, std::byte>, unsigned> table;
     CodeWriter writer;
     unsigned next = 0;
     unsigned width = 0;
     const auto restart = [&] {
         table.clear();
-        for (unsigned i = 0; i < 256; ++i)
-            table[std::string(1, static_cast<char>(i))] = i;
         next = 258;
         width = 9;
     };
     restart();
     writer.put(clear, width);
-    std::string piece;
+    std::optional<unsigned> piece;
     for (const std::byte byte : data) {
-        const std::string longer = piece + static_cast<char>(byte);
-        if (table.contains(longer)) {
-            piece = longer;
+        if (!piece) {
+            piece = std::to_integer<unsigned>(byte);
             continue;
         }
-        writer.put(table[piece], width);
-        table[longer] = next++;
+        if (const auto longer = table.find({*piece, byte}); longer != table.end()) {
+            piece = longer->second;
+            continue;
+        }
+        writer.put(*piece, width);
+        table[{*piece, byte}] = next++;
         // The decoder is one entry behind.
         if (next + early > (1U << width)) ++width;
         if (next == full) {
             writer.put(clear, width);
             restart();
         }
-        piece.assign(1, static_cast<char>(byte));
+        piece = std::to_integer<unsigned>(byte);
     }
-    if (!piece.empty()) {
-        writer.put(table[piece], width);
+    if (piece) {
+        writer.put(*piece, width);
         ++next;
         if (next + early > (1U << width) && width < 12) ++width;
     }

@@ -1,0 +1,50 @@
+#include "files/ProcessMemory.h"
+
+#include <cstddef>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace quillmark {
+namespace {
+
+/// What this process has, in bytes.
+std::size_t residentMemory()
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("VmRSS:")) return std::stoul(line.substr(6)) * 1024;
+    return 0;
+}
+
+/// Takes so many pieces of 64 KiB, fills them and frees them again.
+void takeAndFree(std::size_t pieces)
+{
+    constexpr std::size_t bytes = std::size_t{64} << 10U;
+    std::vector<std::unique_ptr<std::vector<char>>> taken;
+    for (std::size_t i = 0; i < pieces; ++i)
+        taken.push_back(std::make_unique<std::vector<char>>(bytes, 'x'));
+}
+
+TEST(ProcessMemoryTest, WhatIsFreeIsKeptUntilItIsMoreThanIsToBeSpare)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizers have an allocator of their own";
+#else
+    constexpr std::size_t mebibyte = std::size_t{1} << 20U;
+    keepMemory();
+    const std::size_t before = residentMemory();
+    takeAndFree(1'024);
+    ASSERT_GT(residentMemory(), before + 60 * mebibyte);
+    returnMemory(128 * mebibyte);
+    EXPECT_GT(residentMemory(), before + 60 * mebibyte);
+    returnMemory(4 * mebibyte);
+    EXPECT_LT(residentMemory(), before + 8 * mebibyte);
+#endif
+}
+
+} // namespace
+} // namespace quillmark
