@@ -195,8 +195,8 @@ private:
     int m_found{};
 };
 
-/// Has one process read so many mutants of each kind in turn; whether its memory has grown by at
-/// most a twentieth since the first fifth of them.
+/// Has one process read so many mutants of each kind in turn; whether its memory has grown by no
+/// more than a twentieth, or than a heap of this size may be in pieces, since the first fifth.
 bool staysSmall(const std::filesystem::path& program,
                 const std::vector<std::unique_ptr<fuzz::Mutants>>& mutants, std::uint64_t first,
                 std::uint64_t count)
@@ -222,7 +222,8 @@ bool staysSmall(const std::filesystem::path& program,
                 "KiB after the first fifth, %zu KiB at the end\n",
                 static_cast<unsigned long long>(count), static_cast<unsigned long long>(readable),
                 fifth, end);
-    return fifth > 0 && end <= fifth + fifth / 20;
+    constexpr std::size_t pieces = 128; // KiB
+    return fifth > 0 && end <= fifth + std::max(fifth / 20, pieces);
 }
 
 std::optional<std::uint64_t> number(std::string_view text)
