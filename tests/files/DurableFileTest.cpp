@@ -154,6 +154,17 @@ TEST_F(DurableFileTest, IsMadeWhereALinkPointsThatLedNowhere)
     EXPECT_EQ(folder.content("deep/a"), "new");
 }
 
+TEST_F(DurableFileTest, IsFoundAtTheEndOfAsManyLinksAsTheSystemFollows)
+{
+    folder.write("0", "text");
+    for (int link = 1; link <= 41; ++link)
+        fs::create_symlink(std::to_string(link - 1), at(std::to_string(link)));
+    EXPECT_EQ(endOfLinks(at("0")), at("0"));
+    EXPECT_EQ(endOfLinks(at("1")), at("0"));
+    EXPECT_EQ(endOfLinks(at("40")), at("0"));
+    EXPECT_EQ(endOfLinks(at("41")), at("1"));
+}
+
 TEST_F(DurableFileTest, BehindALinkToItselfIsAnError)
 {
     fs::create_symlink("link", at("link"));

@@ -101,7 +101,7 @@ TEST(FileSource, ReadsOnThroughShortAndInterruptedReads)
     const std::string text = letters(pieceSize);
     const auto source = fileSource(folder.write("a", text));
     ASSERT_TRUE(source);
-    const test::ShortReads reads(1000);
+    const test::ShortReads reads(3000);
     EXPECT_EQ(read(*source, 7, 5000), text.substr(7, 5000));
     EXPECT_EQ(textOf(source->at(0)), text);
 }
