@@ -1,6 +1,9 @@
 #include "files/ProcessMemory.h"
 
+#include <cstdlib>
 #include <malloc.h>
+#include <memory>
+#include <sys/mman.h>
 
 namespace quillmark {
 
@@ -12,6 +15,18 @@ void keepMemory()
     static_cast<void>(mallopt(M_TRIM_THRESHOLD, never));
     static_cast<void>(mallopt(M_MMAP_THRESHOLD, largestPiece));
     static_cast<void>(mallopt(M_TOP_PAD, growth));
+}
+
+void reserveMemory(std::size_t bytes)
+{
+    void* room = std::malloc(bytes); // NOLINT(*-no-malloc): for what it does to the heap
+    if (room == nullptr) return;
+    constexpr std::size_t page = std::size_t{2} << 20U; // a large one
+    std::size_t left = bytes;
+    void* aligned = room;
+    if (std::align(page, page, aligned, left) != nullptr)
+        static_cast<void>(::madvise(aligned, left / page * page, MADV_HUGEPAGE));
+    std::free(room); // NOLINT(*-no-malloc)
 }
 
 void returnMemory(std::size_t spare)

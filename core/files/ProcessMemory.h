@@ -10,6 +10,11 @@ namespace quillmark {
 /// has to be cleared again.
 void keepMemory();
 
+/// For a thread that is about to fill about so many bytes, little by little: the system is asked
+/// for the room once and not for every few pages, and may give it in large ones. What is not filled
+/// is not taken.
+void reserveMemory(std::size_t bytes);
+
 /// For a program that keeps memory and waits for more work: gives what is free back to the system
 /// if that is more than `spare` bytes. So one large file does not leave its mark for good.
 void returnMemory(std::size_t spare);

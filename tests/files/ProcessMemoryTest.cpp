@@ -35,11 +35,26 @@ void takeAndFree(std::size_t pieces)
         taken.push_back(std::make_unique<std::vector<char>>(bytes, 'x'));
 }
 
+TEST(ProcessMemoryTest, WhatIsReservedIsNotTakenBeforeItIsFilled)
+{
+    if (isSanitized) GTEST_SKIP() << "the sanitizers have an allocator of their own";
+    constexpr std::size_t mebibyte = std::size_t{1} << 20U;
+    keepMemory();
+    returnMemory(0); // what an earlier test has left
+    const std::size_t before = residentMemory();
+    reserveMemory(30 * mebibyte);
+    EXPECT_LT(residentMemory(), before + 4 * mebibyte);
+    const std::vector<char> filled(20 * mebibyte, 'x');
+    EXPECT_GT(residentMemory(), before + 19 * mebibyte);
+    EXPECT_LT(residentMemory(), before + 26 * mebibyte);
+}
+
 TEST(ProcessMemoryTest, WhatIsFreeIsKeptUntilItIsMoreThanIsToBeSpare)
 {
     if (isSanitized) GTEST_SKIP() << "the sanitizers have an allocator of their own";
     constexpr std::size_t mebibyte = std::size_t{1} << 20U;
     keepMemory();
+    returnMemory(0); // what an earlier test has left
     const std::size_t before = residentMemory();
     takeAndFree(1'024);
     ASSERT_GT(residentMemory(), before + 60 * mebibyte);
