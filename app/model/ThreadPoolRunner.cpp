@@ -1,8 +1,5 @@
 #include "model/ThreadPoolRunner.h"
 
-#include <QCoreApplication>
-#include <QEvent>
-
 #include <algorithm>
 #include <utility>
 
@@ -13,14 +10,14 @@ namespace {
 /// however small a computer.
 constexpr int fewestThreads = 4;
 
-constexpr QEvent::Type jobFinished = QEvent::User;
-
 } // namespace
 
 ThreadPoolRunner::ThreadPoolRunner()
 {
     for (QThreadPool* const pool : {&m_pool, &m_poolToEnd})
         pool->setMaxThreadCount(std::max(fewestThreads, pool->maxThreadCount()));
+    connect(this, &ThreadPoolRunner::jobFinished, this, &ThreadPoolRunner::deliver,
+            Qt::QueuedConnection);
 }
 
 ThreadPoolRunner::~ThreadPoolRunner()
@@ -29,6 +26,8 @@ ThreadPoolRunner::~ThreadPoolRunner()
         pool->clear();
         pool->waitForDone();
     }
+    // Behind the last that the threads did here, also for those who cannot see the pool's own wait.
+    const std::lock_guard lock(m_mutex);
 }
 
 void ThreadPoolRunner::run(std::function<void()> work, std::function<void()> done)
@@ -71,12 +70,10 @@ void ThreadPoolRunner::workOnNext(Jobs& waiting)
     }
     job.work();
     job.work = nullptr; // what it holds is not needed until the main thread has time
-    {
-        const std::lock_guard lock(m_mutex);
-        m_finished.push_back(std::move(job.done));
-    }
+    const std::lock_guard lock(m_mutex);
+    m_finished.push_back(std::move(job.done));
     m_hasFinished.notify_one();
-    QCoreApplication::postEvent(this, new QEvent(jobFinished));
+    Q_EMIT jobFinished();
 }
 
 void ThreadPoolRunner::finish()
@@ -92,13 +89,6 @@ void ThreadPoolRunner::finish()
         }
         deliver();
     }
-}
-
-bool ThreadPoolRunner::event(QEvent* event)
-{
-    if (event->type() != jobFinished) return QObject::event(event);
-    deliver();
-    return true;
 }
 
 void ThreadPoolRunner::deliver()

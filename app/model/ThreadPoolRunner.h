@@ -31,7 +31,9 @@ public:
     /// Whether a thread is still at work. It would hold up the destructor.
     [[nodiscard]] bool isWorking() const { return m_pool.activeThreadCount() > 0; }
 
-    bool event(QEvent* event) override;
+Q_SIGNALS:
+    /// By a thread of the pool, for the main thread.
+    void jobFinished();
 
 private:
     struct Job {

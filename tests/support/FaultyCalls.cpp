@@ -1,6 +1,7 @@
 #include "support/FaultyCalls.h"
 
-#include <algorithm>
+#include "support/Portions.h"
+
 #include <array>
 #include <cerrno>
 #include <cstdarg>
@@ -54,8 +55,7 @@ std::optional<Order> order;
 std::optional<AnyOrder> anyOrder;
 bool isWatched = false;
 std::vector<MadeCall> record;
-long mostBytes = 0; // zero for any number
-bool interruptNext = false;
+Portions portions;
 
 bool isOrdered(Call call)
 {
@@ -143,14 +143,12 @@ const std::vector<MadeCall>& WatchedCalls::made()
 
 ShortWrites::ShortWrites(long most)
 {
-    mostBytes = most;
-    interruptNext = true;
+    portions = {.most = most};
 }
 
 ShortWrites::~ShortWrites()
 {
-    mostBytes = 0;
-    interruptNext = false;
+    portions = {};
 }
 
 } // namespace quillmark::test
@@ -189,16 +187,8 @@ ssize_t read(int descriptor, void* bytes, size_t size)
 
 ssize_t write(int descriptor, const void* bytes, size_t size)
 {
-    using namespace quillmark::test;
     if (fails(Call::write, descriptor)) return -1;
-    if (mostBytes > 0) {
-        interruptNext = !interruptNext;
-        if (!interruptNext) {
-            errno = EINTR;
-            return -1;
-        }
-        size = std::min(size, static_cast<size_t>(mostBytes));
-    }
+    if (quillmark::test::portions.interrupt(size)) return -1;
     return genuine<decltype(write)>("write")(descriptor, bytes, size);
 }
 
