@@ -2,6 +2,7 @@
 
 #include "files/ProcessMemory.h"
 #include "files/ProgramFiles.h"
+#include "library/FontFiles.h"
 #include "library/Parallel.h"
 
 #include <algorithm>
@@ -20,8 +21,6 @@ namespace {
 
 /// So many ordinary files take longer than another process to start.
 constexpr std::size_t filesWorthAProcess = 256;
-/// What the answers of one come to in memory, in bytes, where they are kept.
-constexpr std::size_t answersOfAFile = 2'048;
 /// Files that are not ordinary show after that time.
 constexpr std::chrono::milliseconds patience{4};
 
@@ -91,7 +90,7 @@ public:
     {
         askMore();
         if (m_asked.empty()) return;
-        if (m_questions.count >= filesWorthAProcess) reserveMemory(answersOfAFile * m_questions.count);
+        if (m_questions.count >= filesWorthAProcess) reserveMemory(keptOfAFile * m_questions.count);
         m_answers = m_questions.makeAnswers();
         while (!m_asked.empty()) {
             switch (m_process->wait(m_answeredLast + m_silence)) {

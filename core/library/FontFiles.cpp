@@ -13,7 +13,9 @@ std::vector<InstalledFile> LocalFontFiles::installed() const
 void LocalFontFiles::facesOfEach(std::span<const std::string> files, Faces which,
                                  const TakeFaces& take) const
 {
-    forEachIndex(files.size(), [&](std::size_t i) { take(i, FontFile::faces(files[i], which)); });
+    forEachIndex(
+        files.size(), [&](std::size_t i) { take(i, FontFile::faces(files[i], which)); },
+        keptOfAFile);
 }
 
 } // namespace quillmark

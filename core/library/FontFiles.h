@@ -11,6 +11,9 @@
 
 namespace quillmark {
 
+/// About what is kept of a font file until all are read, in bytes.
+inline constexpr std::size_t keptOfAFile = 2'048;
+
 /// All functions may be called from any thread.
 class FontFiles {
 public:

@@ -1,5 +1,7 @@
 #include "library/Parallel.h"
 
+#include "files/ProcessMemory.h"
+
 #include <algorithm>
 #include <atomic>
 #include <exception>
@@ -16,6 +18,8 @@ namespace {
 /// Indices that a thread takes at once: few enough to share a short list evenly, enough that the
 /// threads do not meet at the counter.
 constexpr std::size_t chunkSize = 16;
+/// Bytes that are many calls to the system when they come little by little.
+constexpr std::size_t worthReserving = std::size_t{512} << 10U;
 
 } // namespace
 
@@ -28,12 +32,13 @@ std::size_t coreCount()
     return std::max(1U, std::thread::hardware_concurrency());
 }
 
-void forEachIndex(std::size_t count, const std::function<void(std::size_t)>& work)
+void forEachIndex(std::size_t count, const std::function<void(std::size_t)>& work, std::size_t kept)
 {
     std::atomic<std::size_t> next{0};
     std::mutex failureLock;
     std::exception_ptr failure;
     const auto run = [&] {
+        if (kept * count >= worthReserving) reserveMemory(kept * count);
         try {
             for (;;) {
                 const std::size_t begin = next.fetch_add(chunkSize);

@@ -11,7 +11,9 @@ namespace quillmark {
 
 /// Calls `work` once for each index below `count`, from as many threads as the process may use
 /// cores, and returns when all is done. The first exception that leaves `work` is thrown again
-/// here; indices that were not begun by then are left out.
-void forEachIndex(std::size_t count, const std::function<void(std::size_t)>& work);
+/// here; indices that were not begun by then are left out. `kept` is about what each call leaves in
+/// memory, in bytes, if that is known.
+void forEachIndex(std::size_t count, const std::function<void(std::size_t)>& work,
+                  std::size_t kept = 0);
 
 } // namespace quillmark
