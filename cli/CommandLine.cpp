@@ -86,7 +86,8 @@ ExitCode print(const Information& information, const Environment& environment, C
 
 struct Outcome {
     std::vector<InputError> errors;
-    bool verdictMet{}; // that of --fail-on, or a worse one
+    bool verdictMet{};    // that of --fail-on, or a worse one
+    bool hasReport{true}; // else nothing is written, and a file that was there stays as it was
 };
 
 /// One run of a command, whatever the report.
@@ -242,7 +243,12 @@ Outcome withNotes(Outcome (*write)(const Run&, const NotesBook&), const Run& run
     if (error == nullptr) return write(run, std::get<NotesJson::Decoded>(read).book);
     if (error->kind == NotesError::Kind::missing && !run.options.notes) return write(run, {});
     run.console.message(error->sentence());
-    Outcome outcome = write(run, {});
+    Outcome outcome;
+    // A list without them would say that there are none.
+    if (run.options.command == Command::notes)
+        outcome.hasReport = false;
+    else
+        outcome = write(run, {});
     outcome.errors.push_back({shownPath(absolutePath(*path)), error->reason});
     return outcome;
 }
@@ -288,7 +294,7 @@ ExitCode runCommand(const Options& options, const Environment& environment, Cons
     if (options.format == Format::pdf && output.isTerminal())
         return wrongUse("a PDF is nothing for a terminal; name a file with --output.", console);
     const Outcome outcome = writeResults({options, environment, console, output});
-    output.finish();
+    if (outcome.hasReport) output.finish();
 
     if (output.error()) return outputExitCode(*output.error(), console);
     if (!outcome.errors.empty()) return ExitCode::unreadableInput;

@@ -67,9 +67,10 @@ std::variant<DurableFile, FileError> DurableFile::create(const fs::path& path, u
         return opened(DurableFile(std::move(folder), target, Existing::replaced, {}, newMode));
     // A program's right to run as its owner is not for what takes its place.
     constexpr unsigned permissionBits = 0777;
+    // What is written must be there to be read again.
     return opened(DurableFile(std::move(folder), target, Existing::replaced,
                               Owner{status.st_uid, status.st_gid},
-                              status.st_mode & permissionBits));
+                              (status.st_mode & permissionBits) | S_IRUSR));
 }
 
 std::variant<DurableFile, FileError> DurableFile::createNew(const fs::path& folder,

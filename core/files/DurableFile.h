@@ -26,8 +26,9 @@ class DurableFile {
 public:
     /// A file to take the place of the one at `path`, or at the end of the links there, which stay
     /// links. It gets the owner, the group and the permissions of the file it replaces, as far as
-    /// they can be given; a group that gets it instead may do no more than everybody. If there is
-    /// none its permissions are `newMode`. What is there and no regular file is not replaced.
+    /// they can be given, and its owner may read it; a group that gets it instead may do no more
+    /// than everybody. If there is none its permissions are `newMode`. What is there and no regular
+    /// file is not replaced.
     [[nodiscard]] static std::variant<DurableFile, FileError>
     create(const std::filesystem::path& path, unsigned newMode);
     /// A file called `name` in `folder`, which may not be a link. What is there already, links

@@ -25,10 +25,13 @@ std::optional<FileError> makeFolders(const fs::path& folder)
     if (!path.empty() && !S_ISDIR(status.st_mode)) return FileError::ofSystem(ENOTDIR);
     for (auto next = missing.rbegin(); next != missing.rend(); ++next) {
         // Somebody else can have made it in the meantime.
-        if (mkdir(next->c_str(), S_IRWXU) != 0 && errno != EEXIST)
-            return FileError::ofSystem(errno);
-        if (const int error = syncFolder(next->parent_path()); error != 0)
+        const bool isOurs = mkdir(next->c_str(), S_IRWXU) == 0;
+        if (!isOurs && errno != EEXIST) return FileError::ofSystem(errno);
+        if (const int error = syncFolder(next->parent_path()); error != 0) {
+            // The next try would find it there, and not put it on the disk.
+            if (isOurs) static_cast<void>(rmdir(next->c_str()));
             return FileError::ofSystem(error);
+        }
     }
     return std::nullopt;
 }

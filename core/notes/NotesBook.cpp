@@ -7,6 +7,7 @@
 #include "notes/NotesJson.h"
 
 #include <cerrno>
+#include <iterator>
 #include <utility>
 
 namespace quillmark {
@@ -45,6 +46,34 @@ void takeOverEntries(Map& ours, const Map& before, const Map& theirs)
         take(key);
 }
 
+bool nameTheSameCopy(const LicenseNote& one, const LicenseNote& other)
+{
+    return one.attachment == other.attachment && one.attachmentName == other.attachmentName;
+}
+
+/// Of a note that has been changed here and there ours stays, but whoever replaced or removed an
+/// attachment has thrown the copy away that ours would go on to name.
+void takeOverAttachments(NotesBook& ours, const NotesBook& before, const NotesBook& theirs)
+{
+    const LicenseNote none;
+    const auto noteIn = [&none](const NotesBook& book, const std::string& key) {
+        const LicenseNote* const note = book.note(key);
+        return note == nullptr ? &none : note;
+    };
+    for (auto entry = ours.notes.begin(); entry != ours.notes.end();) {
+        auto& [key, note] = *entry;
+        const LicenseNote* const was = noteIn(before, key);
+        const LicenseNote* const is = noteIn(theirs, key);
+        bool isGone = false;
+        if (!nameTheSameCopy(*was, *is) && nameTheSameCopy(*was, note)) {
+            note.attachment = is->attachment;
+            note.attachmentName = is->attachmentName;
+            isGone = note.isEmpty();
+        }
+        entry = isGone ? ours.notes.erase(entry) : std::next(entry);
+    }
+}
+
 } // namespace
 
 const LicenseNote* NotesBook::note(std::string_view key) const
@@ -72,6 +101,7 @@ void NotesBook::takeOver(const NotesBook& before, const NotesBook& theirs)
 {
     if (before == theirs) return;
     takeOverEntries(notes, before.notes, theirs.notes);
+    takeOverAttachments(*this, before, theirs);
     takeOverEntries(unknownKeys, before.unknownKeys, theirs.unknownKeys);
 }
 

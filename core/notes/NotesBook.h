@@ -26,7 +26,8 @@ struct NotesBook {
     void set(std::optional<LicenseNote> note, std::string_view key);
 
     /// Takes over what somebody else has changed: all that differs between `before`, which this
-    /// book was once equal to, and `theirs`, and has not been changed here as well.
+    /// book was once equal to, and `theirs`, and has not been changed here as well. In a note that
+    /// has been, the attachment counts by itself.
     void takeOver(const NotesBook& before, const NotesBook& theirs);
 
     /// The book in the file at `path`; an empty one when there is none, or none that can be read.

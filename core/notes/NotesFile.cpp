@@ -98,9 +98,15 @@ std::variant<fs::path, NotesError> keepUnreadable(const fs::path& path,
     if (lstat(file.c_str(), &status) != 0) return failed(FileError::ofSystem(errno));
     if (!S_ISREG(status.st_mode)) return failed({0, "Not a regular file"});
 
+    const auto onDisk = [&failed](fs::path kept) -> std::variant<fs::path, NotesError> {
+        if (const int unsure = syncFolder(kept.parent_path()); unsure != 0)
+            return failed(FileError::ofSystem(unsure));
+        return kept;
+    };
     const std::string anyTime = path.stem().native() + ".unreadable-";
     // Whoever cannot save tries again and again.
-    if (fs::path kept = sameFile(file, status, anyTime); !kept.empty()) return kept;
+    if (fs::path kept = sameFile(file, status, anyTime); !kept.empty())
+        return onDisk(std::move(kept));
     const std::string stem = anyTime + fileNameDate(now);
     constexpr int mostInOneSecond = 1000;
     for (int number = 1; number <= mostInOneSecond; ++number) {
@@ -109,9 +115,7 @@ std::variant<fs::path, NotesError> keepUnreadable(const fs::path& path,
         const int error = addName(file, kept);
         if (error == EEXIST) continue;
         if (error != 0) return failed(FileError::ofSystem(error));
-        if (const int unsure = syncFolder(kept.parent_path()); unsure != 0)
-            return failed(FileError::ofSystem(unsure));
-        return kept;
+        return onDisk(std::move(kept));
     }
     return failed(FileError::ofSystem(EEXIST));
 }

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -226,7 +227,9 @@ bool isExact(double number, const std::string& text)
     std::size_t digits = 0;
     for (const char character : text.substr(0, text.find_first_of("eE")))
         if ((character >= '1' && character <= '9') || (character == '0' && digits > 0)) ++digits;
-    return digits <= surelyKept || textOf(json(number)) == text;
+    // The nearer one that is not normal is to zero, the fewer digits it has.
+    const bool isSure = digits == 0 || (digits <= surelyKept && std::isnormal(number));
+    return isSure || textOf(json(number)) == text;
 }
 
 /// Takes the parts of a file of notes as the parser meets them, so that there is never a second

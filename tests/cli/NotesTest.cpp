@@ -114,6 +114,39 @@ TEST_F(Notes, ThatDoNotExistYetAreNone)
     EXPECT_EQ(run({"notes", "--notes", at("gone.json")}).exitCode, 3);
 }
 
+TEST_F(Notes, ThatCannotBeReadAreNotSaidToBeNone)
+{
+    folder.write("notes.json", R"({"notes": 1})");
+    for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+             {"notes"}, {"notes", "--json"}, {"notes", "show", "Cedar-Regular"}}) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.exitCode, 3);
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_EQ(outcome.errors,
+                  "quillmark-cli: FOLDER/notes.json could not be read as license notes: "
+                  "it has no \"notes\".\n");
+    }
+    folder.write("former.json", "former");
+    EXPECT_EQ(run({"notes", "--json", "-o", at("former.json")}).exitCode, 3);
+    EXPECT_THAT(content("former.json"), Optional(std::string("former")));
+}
+
+TEST_F(Notes, WithIllFormedTextAreShownWithTheRestOfIt)
+{
+    folder.write("notes.json", R"({"notes": {"Oak": {"boughtFrom": "", "license": "web",
+        "text": "one )"
+                               "\xFF"
+                               R"( two", "updated": "2026-03-14T09:26:53Z", "url": ""}}})");
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{"notes", "show", "Oak"}, {"notes", "--json"}}) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.exitCode, 0);
+        EXPECT_EQ(outcome.errors, "");
+        EXPECT_THAT(outcome.output, HasSubstr("one \uFFFD two"));
+    }
+    EXPECT_THAT(folder.names(), testing::ElementsAre("notes.json"));
+}
+
 TEST_F(Notes, AreNeverWritten)
 {
     static_cast<void>(run({"notes"}));

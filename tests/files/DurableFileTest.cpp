@@ -6,8 +6,10 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -74,6 +76,18 @@ TEST_F(DurableFileTest, KeepsThePermissionsOfTheFormerOne)
     ASSERT_EQ(chmod(at("a").c_str(), 0640), 0);
     EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
     EXPECT_EQ(folder.mode("a"), 0640U);
+}
+
+TEST_F(DurableFileTest, CanBeReadByItsOwnerWhateverTheFormerOneSaid)
+{
+    for (const auto& [before, after] : {std::pair(0U, 0400U), std::pair(0222U, 0622U),
+                                        std::pair(0044U, 0444U), std::pair(0444U, 0444U)}) {
+        folder.write("a", "old");
+        ASSERT_EQ(chmod(at("a").c_str(), before), 0);
+        EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
+        EXPECT_EQ(folder.mode("a"), after);
+        ASSERT_EQ(chmod(at("a").c_str(), 0600), 0);
+    }
 }
 
 TEST_F(DurableFileTest, KeepsNoRightToRunAsItsOwner)
@@ -252,7 +266,10 @@ TEST_P(DurableFileFault, LeavesNothingWhereNoFileWas)
 }
 
 INSTANTIATE_TEST_SUITE_P(DurableFile, DurableFileFault,
-                         testing::Values(Fault{"FullDisk", Call::write, ENOSPC},
+                         testing::Values(Fault{"StatusRefused", Call::stat, EACCES},
+                                         Fault{"BadDiskOnTheWayThere", Call::resolve, EIO},
+                                         Fault{"TooManyFilesOpen", Call::open, EMFILE},
+                                         Fault{"FullDisk", Call::write, ENOSPC},
                                          Fault{"QuotaUsedUp", Call::write, EDQUOT},
                                          Fault{"BadDiskAtWrite", Call::write, EIO},
                                          Fault{"BadDiskAtSync", Call::fsync, EIO},
@@ -274,6 +291,62 @@ TEST_F(DurableFileTest, IsReplacedAlreadyWhenTheFolderCannotBePutOnTheDisk)
     EXPECT_EQ(error, FileError::unsynced(EIO));
     EXPECT_EQ(folder.content("a"), "new");
     EXPECT_THAT(folder.names(), ElementsAre("a"));
+}
+
+bool opensATemporary(const MadeCall& made)
+{
+    return made.call == Call::open && made.name.starts_with(".quillmark-");
+}
+
+TEST_F(DurableFileTest, IsMadeUnderAnotherTemporaryNameWhenOneIsTaken)
+{
+    std::size_t before = 0;
+    {
+        const WatchedCalls watched;
+        EXPECT_EQ(writeDurably(at("a"), "old", ownerOnly), std::nullopt);
+        const auto& made = WatchedCalls::made();
+        const auto opening = std::ranges::find_if(made, opensATemporary);
+        ASSERT_NE(opening, made.end());
+        before = static_cast<std::size_t>(opening - made.begin());
+    }
+    fs::remove(at("a"));
+    {
+        const WatchedCalls watched(before, EEXIST, WatchedCalls::Lasting::once);
+        EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
+        EXPECT_EQ(std::ranges::count_if(WatchedCalls::made(), opensATemporary), 2);
+    }
+    EXPECT_EQ(folder.content("a"), "new");
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
+}
+
+TEST_F(DurableFileTest, IsNotMadeWhenEveryTemporaryNameIsTaken)
+{
+    folder.write("a", "old");
+    {
+        const FaultyCall faulty(Call::open, EEXIST, 1); // the folder can be opened
+        EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), FileError::ofSystem(EEXIST));
+    }
+    EXPECT_EQ(folder.content("a"), "old");
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
+}
+
+TEST_F(DurableFileTest, IsNotMadeWhereNoFileMayBeMade)
+{
+    folder.write("a", "old");
+    {
+        const FaultyCall faulty(Call::open, EACCES, 1);
+        EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), FileError::ofSystem(EACCES));
+    }
+    EXPECT_EQ(folder.content("a"), "old");
+}
+
+TEST_F(DurableFileTest, ThatIsNewSaysWhyItCannotBeMade)
+{
+    EXPECT_EQ(std::get<FileError>(DurableFile::createNew(at("missing"), "a", ownerOnly)),
+              FileError::ofSystem(ENOENT));
+    const FaultyCall faulty(Call::stat, EIO);
+    EXPECT_EQ(std::get<FileError>(DurableFile::createNew(folder.path(), "a", ownerOnly)),
+              FileError::ofSystem(EIO));
 }
 
 TEST_F(DurableFileTest, StaysInItsFolderWhenThatIsSwapped)

@@ -2,10 +2,12 @@
 
 #include "support/FaultyCalls.h"
 #include "support/TemporaryFolder.h"
+#include "support/Unprivileged.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
 #include <optional>
 
@@ -75,6 +77,76 @@ TEST(MakeFolders, SaysThatTheDiskFails)
     const TemporaryFolder folder;
     const FaultyCall faulty(Call::fsync, EIO);
     EXPECT_EQ(makeFolders(folder.path() / "a"), FileError::ofSystem(EIO));
+}
+
+TEST(MakeFolders, LeavesNoneThatMayNotLast)
+{
+    const TemporaryFolder folder;
+    {
+        const FaultyCall faulty(Call::fsync, EIO, 1);
+        EXPECT_EQ(makeFolders(folder.path() / "a/b/c"), FileError::ofSystem(EIO));
+    }
+    EXPECT_TRUE(fs::is_directory(folder.path() / "a"));
+    EXPECT_FALSE(fs::exists(folder.path() / "a/b"));
+    EXPECT_EQ(makeFolders(folder.path() / "a/b/c"), std::nullopt);
+}
+
+TEST(MakeFolders, LeavesTheFolderOfSomebodyElseWhenTheDiskFails)
+{
+    const TemporaryFolder folder;
+    fs::create_directory(folder.path() / "a");
+    {
+        // It is not seen at first, and is there when it is to be made.
+        const WatchedCalls watched(0, ENOENT, WatchedCalls::Lasting::once);
+        const FaultyCall faulty(Call::fsync, EIO);
+        EXPECT_EQ(makeFolders(folder.path() / "a"), FileError::ofSystem(EIO));
+    }
+    EXPECT_TRUE(fs::is_directory(folder.path() / "a"));
+}
+
+TEST(MakeFolders, SaysWhyOneCannotBeMade)
+{
+    const TemporaryFolder folder;
+    const FaultyCall faulty(Call::mkdir, EDQUOT);
+    EXPECT_EQ(makeFolders(folder.path() / "a"), FileError::ofSystem(EDQUOT));
+}
+
+TEST(SyncFolder, IsTriedAgainWhenItIsInterrupted)
+{
+    const TemporaryFolder folder;
+    const WatchedCalls watched(1, EINTR, WatchedCalls::Lasting::once);
+    EXPECT_EQ(syncFolder(folder.path()), 0);
+    ASSERT_EQ(WatchedCalls::made().size(), 4U); // between opening and closing
+    EXPECT_TRUE(WatchedCalls::made()[1].failed);
+    EXPECT_EQ(WatchedCalls::made()[2].call, Call::fsync);
+}
+
+TEST(SyncFolder, OfOneThatMayNotBeListedIsLeftToTheSystem)
+{
+    const TemporaryFolder folder;
+    const auto hidden = folder.path() / "hidden";
+    fs::create_directory(hidden);
+    fs::permissions(hidden, fs::perms::owner_exec);
+    {
+        const Unprivileged nobody(folder.path());
+        EXPECT_EQ(syncFolder(hidden), 0);
+    }
+    fs::permissions(hidden, fs::perms::owner_all);
+}
+
+TEST(SyncFolder, OfAMissingOneIsAnError)
+{
+    const TemporaryFolder folder;
+    EXPECT_EQ(syncFolder(folder.path() / "a"), ENOENT);
+}
+
+TEST(RenameToNew, SaysWhatTheSystemSays)
+{
+    const TemporaryFolder folder;
+    folder.write("a", "x");
+    const FaultyCall faulty(Call::rename, EACCES);
+    EXPECT_EQ(renameToNew(AT_FDCWD, folder.path() / "a", folder.path() / "b"), EACCES);
+    EXPECT_TRUE(fs::exists(folder.path() / "a"));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "files/ReadFile.h"
 
+#include "support/FaultyCalls.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -65,6 +66,28 @@ TEST(ReadFile, ReadsAFileThatSaysItIsEmptyAndIsNot)
     ASSERT_TRUE(std::holds_alternative<std::string>(read));
     EXPECT_TRUE(std::get<std::string>(read).starts_with(std::to_string(getpid()) + " "));
     EXPECT_EQ(readFile("/proc/self/stat", 10), Result(FileError::ofSystem(EFBIG)));
+}
+
+TEST(ReadFile, GoesOnWhenItIsInterrupted)
+{
+    const TemporaryFolder folder;
+    const auto path = folder.write("a", "text");
+    // Before it is read it is opened, and asked for its size.
+    const WatchedCalls watched(2, EINTR, WatchedCalls::Lasting::once);
+    EXPECT_EQ(readFile(path, limit), Result(std::string("text")));
+    ASSERT_GT(WatchedCalls::made().size(), 2U);
+    EXPECT_EQ(WatchedCalls::made()[2].call, Call::read);
+    EXPECT_TRUE(WatchedCalls::made()[2].failed);
+}
+
+TEST(ReadFile, SaysThatTheDiskFails)
+{
+    const TemporaryFolder folder;
+    const auto path = folder.write("a", "text");
+    for (const Call call : {Call::open, Call::stat, Call::read}) {
+        const FaultyCall faulty(call, EIO);
+        EXPECT_EQ(readFile(path, limit), Result(FileError::ofSystem(EIO))) << nameOf(call);
+    }
 }
 
 TEST(ReadFile, SaysThatThereIsNone)

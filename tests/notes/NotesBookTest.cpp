@@ -86,6 +86,57 @@ TEST(NotesBook, TakesUnknownKeysOverFromTheFormerNote)
               (LicenseNote{.text = "two", .unknownKeys = {{"seats", "3"}, {"tags", "[]"}}}));
 }
 
+/// A book with one note; an empty name of a copy for none.
+NotesBook bookWithCopy(const std::string& text, const std::string& copy)
+{
+    NotesBook book;
+    LicenseNote note = noteWithText(text);
+    if (!copy.empty()) {
+        note.attachment = copy;
+        note.attachmentName = copy + " where it was picked";
+    }
+    book.set(std::move(note), "Garamond");
+    return book;
+}
+
+TEST(NotesBook, TakesAnAttachmentOverIntoANoteOfWhichTheRestStaysOurs)
+{
+    for (const std::string later : {"second", ""}) {
+        NotesBook ours = bookWithCopy("ours", "first");
+        ours.takeOver(bookWithCopy("1", "first"), bookWithCopy("theirs", later));
+        EXPECT_EQ(ours, bookWithCopy("ours", later));
+    }
+    NotesBook ours = bookWithCopy("ours", "first");
+    ours.takeOver(bookWithCopy("1", "first"), NotesBook());
+    EXPECT_EQ(ours, bookWithCopy("ours", ""));
+    ours = bookWithCopy("ours", "");
+    ours.takeOver(NotesBook(), bookWithCopy("theirs", "first"));
+    EXPECT_EQ(ours, bookWithCopy("ours", "first"));
+}
+
+TEST(NotesBook, TakesNoAttachmentOverWhereOursHasChanged)
+{
+    for (const std::string attached : {"ours", ""}) {
+        NotesBook ours = bookWithCopy("1", attached);
+        ours.takeOver(bookWithCopy("1", "first"), bookWithCopy("1", "theirs"));
+        EXPECT_EQ(ours, bookWithCopy("1", attached));
+    }
+}
+
+TEST(NotesBook, TakesNoAttachmentOverIntoANoteThatWasRemoved)
+{
+    NotesBook ours;
+    ours.takeOver(bookWithCopy("1", "first"), bookWithCopy("1", "theirs"));
+    EXPECT_EQ(ours, NotesBook());
+}
+
+TEST(NotesBook, KeepsNoNoteThatHadNothingButTheAttachmentThatIsGone)
+{
+    NotesBook ours = bookWithCopy("", "first");
+    ours.takeOver(bookWithCopy("1", "first"), bookWithCopy("1", ""));
+    EXPECT_TRUE(ours.notes.empty());
+}
+
 struct TakenOver {
     std::string name; // of the case
     std::optional<std::string> before, ours, theirs, expected;

@@ -4,11 +4,13 @@
 #include "files/FolderLock.h"
 #include "notes/Limits.h"
 #include "notes/NotesBook.h"
+#include "support/FaultyCalls.h"
 #include "support/TemporaryFolder.h"
 #include "support/Unprivileged.h"
 
 #include <gmock/gmock.h>
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -232,6 +234,21 @@ TEST_F(NotesFileTest, OnAReadOnlyDiskStaysAsItWas)
     EXPECT_THAT(folder.names("disk"), ElementsAre("notes.json"));
 }
 
+TEST_F(NotesFileTest, ThatMayNotOutlastAPowerFailureIsSaidToBeWrittenAllTheSame)
+{
+    std::optional<NotesError> error;
+    {
+        const FaultyCall faulty(Call::fsync, EIO, 1); // the folder's
+        error = bookOf("new").save(at("notes.json"));
+    }
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->kind, NotesError::Kind::notSynced);
+    EXPECT_EQ(error->sentence(), at("notes.json").string() +
+                                     " has been written but may not be on the disk: "
+                                     "Input/output error.");
+    EXPECT_EQ(NotesBook::load(at("notes.json")), bookOf("new"));
+}
+
 TEST_F(NotesFileTest, IsWholeWheneverTheProcessIsKilled)
 {
     const NotesBook one = bookOf("one", 20);
@@ -404,6 +421,97 @@ TEST_F(NotesFileTest, ThatIsKeptIsNotKeptAgainWhileItIsThere)
     ASSERT_TRUE(std::holds_alternative<fs::path>(again));
     EXPECT_EQ(std::get<fs::path>(again), at(keptName));
     EXPECT_THAT(folder.names(), ElementsAre("notes.json", keptName));
+}
+
+TEST_F(NotesFileTest, ThatIsKeptIsOnTheDiskBeforeItIsSaidToBe)
+{
+    folder.write("notes.json", "corrupt");
+    for (int turn = 0; turn < 2; ++turn) { // the second time it is there already
+        const FaultyCall faulty(Call::fsync, EIO);
+        const auto kept = keepUnreadable(at("notes.json"), moment);
+        ASSERT_TRUE(std::holds_alternative<NotesError>(kept)) << turn;
+        EXPECT_EQ(std::get<NotesError>(kept).sentence(),
+                  at("notes.json").string() + " could not be written: Input/output error.");
+    }
+    EXPECT_THAT(folder.names(), ElementsAre("notes.json", keptName));
+    EXPECT_EQ(std::get<fs::path>(keepUnreadable(at("notes.json"), moment)), at(keptName));
+}
+
+TEST_F(NotesFileTest, ThatItsOwnerGaveASecondNameIsKeptAllTheSame)
+{
+    folder.write("notes.json", "corrupt");
+    fs::create_hard_link(at("notes.json"), at("backup.json"));
+    EXPECT_EQ(std::get<fs::path>(keepUnreadable(at("notes.json"), moment)), at(keptName));
+    EXPECT_THAT(folder.names(), ElementsAre("backup.json", "notes.json", keptName));
+}
+
+TEST_F(NotesFileTest, ThatMayHaveNoSecondNameIsRenamed)
+{
+    folder.write("notes.json", "corrupt");
+    {
+        const FaultyCall faulty(Call::link, EPERM);
+        EXPECT_EQ(std::get<fs::path>(keepUnreadable(at("notes.json"), moment)), at(keptName));
+    }
+    EXPECT_EQ(folder.content(keptName), "corrupt");
+    EXPECT_THAT(folder.names(), ElementsAre(keptName));
+}
+
+TEST_F(NotesFileTest, ThatMayBeGivenNoOtherNameStays)
+{
+    folder.write("notes.json", "corrupt");
+    {
+        const FaultyCall noLink(Call::link, EPERM);
+        // Of the others the first two look at the file.
+        const WatchedCalls watched(2, EACCES, WatchedCalls::Lasting::once);
+        const auto kept = keepUnreadable(at("notes.json"), moment);
+        ASSERT_TRUE(std::holds_alternative<NotesError>(kept));
+        EXPECT_EQ(std::get<NotesError>(kept).reason, "Permission denied");
+        EXPECT_EQ(WatchedCalls::made().back().call, Call::rename);
+    }
+    EXPECT_EQ(folder.content("notes.json"), "corrupt");
+    EXPECT_THAT(folder.names(), ElementsAre("notes.json"));
+}
+
+TEST_F(NotesFileTest, ThatFindsAThousandNamesTakenIsNotKept)
+{
+    folder.write("notes.json", "corrupt");
+    folder.write(keptName, "former");
+    for (int number = 2; number <= 1000; ++number)
+        folder.write("notes.unreadable-20261122T021000Z-" + std::to_string(number) + ".json",
+                     "former");
+    const auto kept = keepUnreadable(at("notes.json"), moment);
+    ASSERT_TRUE(std::holds_alternative<NotesError>(kept));
+    EXPECT_EQ(std::get<NotesError>(kept).reason, "File exists");
+    EXPECT_EQ(folder.names().size(), 1001U);
+    EXPECT_TRUE(std::holds_alternative<fs::path>(keepUnreadable(at("notes.json"), moment + 1s)));
+}
+
+TEST_F(NotesFileTest, ThatItsOwnerMayNotReadIsReplacedByOneThatCanBeRead)
+{
+    folder.write("notes.json", "secret");
+    ASSERT_EQ(chmod(at("notes.json").c_str(), 0), 0);
+    ASSERT_TRUE(std::holds_alternative<fs::path>(keepUnreadable(at("notes.json"), moment)));
+    EXPECT_EQ(bookOf("new").save(at("notes.json")), std::nullopt);
+    EXPECT_EQ(folder.mode("notes.json"), 0400U);
+    EXPECT_EQ(folder.mode(keptName), 0U);
+}
+
+TEST_F(NotesFileTest, ThatCannotBeLockedIsNotSaved)
+{
+    const FaultyCall faulty(Call::lock, EIO);
+    const auto lock = lockNotesFile(at("notes.json"));
+    ASSERT_TRUE(std::holds_alternative<NotesError>(lock));
+    EXPECT_EQ(std::get<NotesError>(lock).kind, NotesError::Kind::notSaved);
+    EXPECT_EQ(std::get<NotesError>(lock).sentence(),
+              at("notes.json").string() + " could not be written: Input/output error.");
+}
+
+TEST_F(NotesFileTest, BelowAFileCannotBeLocked)
+{
+    folder.write("Quillmark", "a file");
+    const auto lock = lockNotesFile(at("Quillmark/notes.json"));
+    ASSERT_TRUE(std::holds_alternative<NotesError>(lock));
+    EXPECT_EQ(std::get<NotesError>(lock).reason, "Not a directory");
 }
 
 TEST_F(NotesFileTest, ThatIsLockedIsNotWrittenByOthersMeanwhile)

@@ -457,6 +457,7 @@ TEST(NotesJson, WithUnknownKeysIsReadWhole)
     EXPECT_TRUE(isWhole(R"({"notes": {}, "a": [1, {"b": null, "c": -0.5e3, "d": "é"}, true]})"));
     EXPECT_TRUE(isWhole(R"({"notes": {}, "a": 18446744073709551615, "b": 0.000012345678901234})"));
     EXPECT_TRUE(isWhole(R"({"notes": {}, "as we write it": 0.12345678901234568})"));
+    EXPECT_TRUE(isWhole(R"({"notes": {}, "a": 0e9, "the smallest of all": 5e-324})"));
 }
 
 TEST(NotesJson, ThatSaysMoreThanIsReadIsNotWhole)
@@ -471,6 +472,8 @@ TEST(NotesJson, ThatSaysMoreThanIsReadIsNotWhole)
              std::string(R"({"notes": {}, "a": [{"b": 1, "b": 2}]})"),
              std::string(R"({"notes": {}, "a": 0.123456789012345678})"),
              std::string(R"({"notes": {}, "a": 18446744073709551616})"),
+             std::string(R"({"notes": {}, "becomes zero": 1e-400})"),
+             std::string(R"({"notes": {}, "becomes 5e-324": 4.4e-324})"),
              "{\"notes\": {\"A\": " + note + ", \"A\": " + note + "}}",
              "{\"notes\": {\"A\": 1, \"A\": " + note + "}}",
              replaced(fullNoteText, "\"text\":", "\"text\": \"\", \"text\":"),

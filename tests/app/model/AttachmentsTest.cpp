@@ -436,6 +436,21 @@ TEST_F(AttachedFiles, AreSavedWhenTheModelGoesAndTheFormerCopyIsRemoved)
     EXPECT_THAT(copies(), ElementsAre("1A1B2C3D-two.pdf"));
 }
 
+TEST_F(AttachedFiles, ThatAnotherProgramReplacesAreTakenOverWithWhatIsTyped)
+{
+    attach("Brook", "one.pdf", "1");
+    NotesBook theirs = NotesBook::load(places.notesFile());
+    theirs.notes.at("Brook").attachment = "THEIRS00-two.pdf";
+    theirs.notes.at("Brook").attachmentName = "two.pdf";
+    theirs.notes.at("Brook").text = "Theirs";
+    ASSERT_EQ(theirs.save(places.notesFile()), std::nullopt);
+    save({.text = "Typed"}, "Brook");
+    EXPECT_EQ(model->note("Brook").text, "Typed");
+    EXPECT_EQ(model->note("Brook").attachment, "THEIRS00-two.pdf");
+    EXPECT_EQ(model->note("Brook").attachmentName, "two.pdf");
+    EXPECT_EQ(NotesBook::load(places.notesFile()), model->notes());
+}
+
 TEST_F(AttachedFiles, TheFileNeverNamesACopyThatIsGone)
 {
     attach("Brook", "one.pdf", "1");
