@@ -50,8 +50,10 @@ private:
     double m_end;
 };
 
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__SANITIZE_ADDRESS__)
 constexpr std::size_t memoryFactor = 3; // freed memory is kept for a while
+#elif defined(__SANITIZE_THREAD__)
+constexpr std::size_t memoryFactor = 5; // each byte has a shadow of several
 #else
 constexpr std::size_t memoryFactor = 1;
 #endif
