@@ -1,5 +1,6 @@
 #include "reader/Confinement.h"
 
+#include "files/ProcessMemory.h"
 #include "reader/Descriptors.h"
 #include "reader/Limits.h"
 

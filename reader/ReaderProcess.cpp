@@ -1,5 +1,6 @@
 #include "reader/ReaderProcess.h"
 
+#include "files/ProcessMemory.h"
 #include "reader/Descriptors.h"
 
 #include <algorithm>

@@ -5,6 +5,20 @@
 
 namespace quillmark {
 
+/// Whether this is a build with a sanitizer, which has an allocator of its own, wants address space
+/// without end, and tells on standard error what it has found.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool isSanitized = true;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+inline constexpr bool isSanitized = true;
+#else
+inline constexpr bool isSanitized = false;
+#endif
+#else
+inline constexpr bool isSanitized = false;
+#endif
+
 /// For a program that runs for a moment, in which it fills its memory once, or again and again. By
 /// default memory goes back to the system in between, and each page of it that is asked for again
 /// has to be cleared again.

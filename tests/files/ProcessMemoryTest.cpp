@@ -11,12 +11,6 @@
 namespace quillmark {
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool isSanitized = true;
-#else
-constexpr bool isSanitized = false;
-#endif
-
 /// What this process has, in bytes.
 std::size_t residentMemory()
 {

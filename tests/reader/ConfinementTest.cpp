@@ -1,6 +1,6 @@
 #include "reader/Confinement.h"
 
-#include "reader/Descriptors.h"
+#include "files/ProcessMemory.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

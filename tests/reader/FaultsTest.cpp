@@ -1,5 +1,5 @@
 #include "ReadFolder.h"
-#include "reader/Descriptors.h"
+#include "files/ProcessMemory.h"
 #include "reader/DocumentReader.h"
 #include "support/SampleDocument.h"
 
@@ -49,7 +49,7 @@ TEST(Fault, CrashLosesOneFile)
 
 TEST(Fault, ExceededMemoryLosesOneFile)
 {
-    if (reader::isSanitized)
+    if (isSanitized)
         GTEST_SKIP() << "AddressSanitizer needs the address space that would be limited.";
     EXPECT_EQ(readBeside("memory"), (Families{"a", "b", "y", "z"}));
 }
