@@ -15,7 +15,9 @@ OPENING = "open openat openat2".split()
 WRITING = re.compile(r"O_(WRONLY|RDWR|CREAT|TRUNC|APPEND|TMPFILE)")
 TRACED = ",".join(OPENING + CHANGING + ["execve", "%network"])
 
-LINE = re.compile(r"^(?P<call>\w+)\((?P<arguments>.*)\)\s+=\s(?P<result>.*)$")
+# A process that is killed as it enters a call leaves question marks in place of the call's name: the
+# kernel did nothing of what it wanted.
+LINE = re.compile(r"^(?P<call>\w+|\?+)\((?P<arguments>.*)\)\s+=\s(?P<result>.*)$")
 # A name, the folder that it starts from, or a descriptor with its path.
 NAME = re.compile(r'"((?:[^"\\]|\\.)*)"')
 FOLDER = re.compile(r"(?:AT_FDCWD|\d+)<((?:[^>\\]|\\.)*)>")
@@ -93,7 +95,7 @@ def read_calls(folder):
                 calls.append(Call(file.suffix, *match.group("call", "arguments", "result")))
             elif not line.startswith("+++"):
                 # A process that was killed leaves a call without an end.
-                cut = re.match(r"^(\w+)\((.*)$", line)
+                cut = re.match(r"^(\w+|\?+)\((.*)$", line)
                 if cut is None:
                     raise ValueError(f"strace says what is not understood: {line}")
                 calls.append(Call(file.suffix, cut.group(1), cut.group(2), "?"))
