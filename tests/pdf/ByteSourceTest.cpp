@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
+#include <iterator>
 #include <span>
 #include <string>
 
@@ -119,6 +120,26 @@ TEST(FileSource, EndsWhereAFileWasCutMeanwhile)
     EXPECT_EQ(textOf(source->at(pieceSize + 10)), "");
     EXPECT_EQ(textOf(source->at(pieceSize + 11)), "");
     EXPECT_EQ(read(*source, pieceSize, 100), text.substr(pieceSize, 10));
+}
+
+std::ptrdiff_t openFiles()
+{
+    const std::filesystem::directory_iterator files("/proc/self/fd");
+    return std::distance(begin(files), end(files));
+}
+
+TEST(FileSource, LetsGoOfItsFile)
+{
+    const TemporaryFolder folder;
+    const auto file = folder.write("a", "text");
+    const std::ptrdiff_t before = openFiles();
+    auto source = fileSource(file);
+    ASSERT_TRUE(source);
+    EXPECT_EQ(openFiles(), before + 1);
+    source.reset();
+    EXPECT_EQ(openFiles(), before);
+    EXPECT_FALSE(fileSource(folder.path()));
+    EXPECT_EQ(openFiles(), before);
 }
 
 TEST(FileSource, IsOnlyOfARegularFile)

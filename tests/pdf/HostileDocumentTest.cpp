@@ -540,6 +540,42 @@ TEST(HostileDocument, CrossReferenceStreamThatUnpacksToMillionsOfEntriesIsGivenU
     EXPECT_LT(mostMemory() - before, littleMemory);
 }
 
+TEST(HostileDocument, CrossReferenceStreamIsReadWithinItsBudgetAndNotBeyond)
+{
+    // All entries but those of the first three objects say that there is none.
+    const auto fonts = [](std::int64_t beyondLimit) {
+        std::string objects = "%PDF-1.7\n";
+        std::string entries(4, '\0');
+        const auto add = [&](const std::string& object) {
+            entries += '\1';
+            for (const unsigned shift : {16U, 8U, 0U})
+                entries += static_cast<char>((objects.size() >> shift) & 0xFFU);
+            objects += object;
+        };
+        add("1 0 obj<</Type/Catalog/Pages 2 0 R>>endobj\n");
+        add("2 0 obj<</Type/Pages/Kids[3 0 R]>>endobj\n");
+        add("3 0 obj<</Type/Page/Resources" + fontNamed("Foo") + ">>endobj\n");
+        // Only who looks through the whole file finds this one, and takes it for the page.
+        objects += "3 0 obj<</Type/Page/Resources" + fontNamed("Found") + ">>endobj\n";
+        constexpr std::size_t fileSize = 8192;
+        const auto size = static_cast<std::size_t>(
+            static_cast<std::int64_t>(Limits::crossReferenceBytes(fileSize)) + beyondLimit);
+        entries.resize(size, '\0');
+        const Bytes packed = test::deflated(ascii(entries));
+        std::string text =
+            objects + "4 0 obj<</Type/XRef/Root 1 0 R/W[1 3 0]/Size " + std::to_string(size / 4) +
+            "/Filter/FlateDecode/Length " + std::to_string(packed.size()) + ">>stream\n" +
+            std::string(test::asText(packed)) + "\nendstream endobj\ntrailer<</Root 1 0 R>>\n";
+        const std::string end = "startxref\n" + std::to_string(objects.size()) + "\n%%EOF\n";
+        EXPECT_LT(text.size() + end.size(), fileSize);
+        text.resize(fileSize - end.size(), ' ');
+        return namesAndPages(scanned(ascii(text + end)));
+    };
+    // The packed bytes count as well, which are not so many.
+    EXPECT_EQ(fonts(-4096), "Foo [1]");
+    EXPECT_EQ(fonts(4), "Found [1]");
+}
+
 TEST(HostileDocument, CrossReferenceStreamReadFromManySectionsIsReadOnlySoOften)
 {
     // Each of 3,000 sections refers to the same long cross-reference stream.
