@@ -442,6 +442,20 @@ TEST(NotesJson, CountsNothingInsideTexts)
     const std::string marks = "\\\"[{" + std::string(Limits::notesFileMarks, ',');
     EXPECT_EQ(damage(replaced(fullNoteText, "two seats", marks)), "");
     EXPECT_EQ(damage(replaced(fullNoteText, "two seats", std::string(100, '[') + "\\\\")), "");
+    for (const std::string start : {"", "x", "xy"})
+        for (const std::string escaped : {R"(\")", R"(\\\")", R"(\n\")"})
+            EXPECT_EQ(
+                damage(R"({"notes": {}, "x": ")" + start + escaped + std::string(100, '[') + "\"}"),
+                "")
+                << start << escaped;
+}
+
+TEST(NotesJson, CountsBehindTextsThatEndInABackslash)
+{
+    for (const std::string text : {R"(\\)", R"(x\\)", R"(\"\\)"})
+        EXPECT_EQ(damage(R"({"notes": {}, "x": [")" + text + "\", " + std::string(100, '[')),
+                  "its values are nested too deeply")
+            << text;
 }
 
 // Whether all was read
