@@ -157,6 +157,23 @@ TEST(ReportText, NoteKeepsTheLinesThatWereTyped)
                             "  Your note: first", "second column", "third", ""));
 }
 
+TEST(ReportText, LinesOfOneItemStandUnderItsFirstWord)
+{
+    AuditRow row = bareRow();
+    row.assessment.reasons = {"Reason."};
+    LicenseNote note;
+    note.text = "first\nsecond";
+    const auto block = ReportText::block(row, &note);
+    ASSERT_EQ(block[2].text(), "  - Reason.");
+    EXPECT_EQ(block[2].hang, block[2].text().find("Reason"));
+    ASSERT_EQ(block[6].text(), "second");
+    EXPECT_EQ(block[6].indent, block[2].hang);
+    for (const std::size_t item : {3U, 4U, 5U, 6U})
+        EXPECT_EQ(block[item].hang, block[2].hang) << block[item].text();
+    for (const std::size_t whole : {0U, 1U})
+        EXPECT_EQ(block[whole].hang, 0U) << block[whole].text();
+}
+
 TEST(ReportText, WhatAFontSaysCannotStartALineOrTurnTheReadingOrder)
 {
     AuditRow row = bareRow();

@@ -3,8 +3,10 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <malloc.h>
 #include <numeric>
 #include <span>
+#include <string>
 
 namespace quillmark {
 namespace {
@@ -184,6 +186,39 @@ TEST_F(Setter, AWordBesideAnotherScriptGoesToTheNextLineOrIsBroken)
     ASSERT_EQ(broken.size(), 2U);
     EXPECT_GT(broken[0], 85U);
     EXPECT_EQ(broken[0] + broken[1], 102U);
+}
+
+TEST_F(Setter, AWordByOneLetterTooLongForALineIsBrokenBesideAnotherScript)
+{
+    // What fits of it fills a line exactly.
+    TextSetter setter{ReportFonts::load(reportFontFolder(), {}), 93 * advance, {}};
+    const auto firstLine = [&setter](std::size_t letters) {
+        const auto lines = setter.lines(paragraph("\u4E2D " + std::string(letters, 'x')));
+        std::size_t count = 0;
+        for (const GlyphRun& run : lines.front().runs)
+            count += run.codes.size() / 2;
+        return count;
+    };
+    EXPECT_EQ(firstLine(93), 1U);
+    EXPECT_GT(firstLine(94), 85U);
+}
+
+TEST(FontsOfOtherScripts, AreLetGoOfWithTheSetterThatUsedThem)
+{
+    const auto bytesBehind = [] {
+        TextSetter setter{ReportFonts::load(reportFontFolder(), {}), width, {}};
+        EXPECT_EQ(setter.lines({.runs = {{"\u4E2D"}}, .size = 9, .leading = 11}).size(), 1U);
+        return ::mallinfo2().uordblks;
+    };
+    // What is loaded once stays.
+    for (int count = 0; count < 3; ++count)
+        bytesBehind();
+    const std::size_t before = bytesBehind();
+    for (int count = 0; count < 8; ++count)
+        bytesBehind();
+    // A list of the system's fonts alone would be more than that, eight times.
+    constexpr std::size_t most = 200'000;
+    EXPECT_LT(bytesBehind(), before + most);
 }
 
 TEST_F(Setter, ALetterAndItsMarksStayTogether)

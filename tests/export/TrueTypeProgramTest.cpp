@@ -149,10 +149,17 @@ std::vector<std::string> outlines(const std::string& program)
 {
     const std::string locations = table(program, "loca");
     const std::string all = table(program, "glyf");
+    // Each outline starts where the one before ends, the first at the beginning; the last one ends
+    // with the table.
+    EXPECT_EQ(locations.size() % 4, 0U);
+    EXPECT_EQ(word(locations, 0), 0U);
+    EXPECT_EQ(word(locations, locations.size() - 4), all.size());
     std::vector<std::string> found;
-    for (std::size_t at = 0; at + 8 <= locations.size(); at += 4)
+    for (std::size_t at = 0; at + 8 <= locations.size(); at += 4) {
+        EXPECT_LE(word(locations, at), word(locations, at + 4));
         found.push_back(
             all.substr(word(locations, at), word(locations, at + 4) - word(locations, at)));
+    }
     return found;
 }
 

@@ -529,6 +529,34 @@ class Report(unittest.TestCase):
                     names = set(re.findall(r"\+(\S+)", fonts)) - {REGULAR, BOLD}
                     self.assertEqual(names, {f"{allowed}-Devanagari"})
 
+    def collected(self, folder, fonts):
+        """Puts fonts of `folder` into one collection there, in their place."""
+        collection = bytearray(b"ttcf" + bytes([0, 1, 0, 0]) + len(fonts).to_bytes(4, "big"))
+        starts = len(collection)
+        collection += bytes(4 * len(fonts))
+        for index, font in enumerate(fonts):
+            start = len(collection)
+            collection[starts + 4 * index : starts + 4 * index + 4] = start.to_bytes(4, "big")
+            data = bytearray(font.read_bytes())
+            for at in range(12, 12 + 16 * int.from_bytes(data[4:6], "big"), 16):
+                offset = start + int.from_bytes(data[at + 8 : at + 12], "big")
+                data[at + 8 : at + 12] = offset.to_bytes(4, "big")
+            collection += data + bytes(-len(data) % 4)
+            font.unlink()
+        (folder / f"{fonts[0].stem}.ttc").write_bytes(collection)
+
+    def test_a_collection_with_a_font_that_forbids_it_is_not_embedded(self):
+        for forbidden, allowed in [("Alder", "Birch"), ("Birch", "Alder")]:
+            with self.subTest(forbidden=forbidden):
+                folder = self.folder / f"Collected {forbidden}"
+                self.devanagari(folder, forbidden, 0x0002)
+                self.devanagari(folder, "Cedar", 0x0002)
+                self.collected(folder, [folder / f"{forbidden}.ttf", folder / "Cedar.ttf"])
+                self.devanagari(folder, allowed, 0x0004)
+                fonts, _, _ = self.scanned(folder.name, f"<dir>{folder}</dir>")
+                names = set(re.findall(r"\+(\S+)", fonts)) - {REGULAR, BOLD}
+                self.assertEqual(names, {f"{allowed}-Devanagari"})
+
     def test_text_that_only_a_restricted_font_has_is_boxes_and_found(self):
         self.devanagari(self.folder / "only", "Alder", 0x0002)
         fonts, _, _ = self.scanned("only", f"<dir>{self.folder / 'only'}</dir>")
