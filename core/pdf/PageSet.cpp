@@ -18,7 +18,8 @@ void PageSet::add(int page)
 
 PageSet PageSet::of(std::vector<Run> runs)
 {
-    std::ranges::sort(runs, {}, &Run::first);
+    // Mostly they come from one place, in order.
+    if (!std::ranges::is_sorted(runs, {}, &Run::first)) std::ranges::sort(runs, {}, &Run::first);
     PageSet result;
     for (const auto& run : runs) {
         auto& merged = result.m_runs;
