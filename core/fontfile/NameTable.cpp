@@ -102,19 +102,19 @@ private:
 static_assert(std::ranges::all_of(allNameIDs,
                                   [](NameID id) { return static_cast<std::size_t>(id) < 32; }));
 
+/// Of a table that is long enough for its header.
 std::vector<Candidate> candidates(const ByteReader& table, const Wanted& wanted)
 {
     std::vector<Candidate> found;
-    const auto count = table.u16(2);
-    const auto stringOffset = table.u16(4);
-    if (!count || !stringOffset) return found;
-    found.reserve(std::min<std::size_t>(*count, (table.size() - recordsStart) / recordSize));
-    for (std::uint16_t i = 0; i < *count; ++i) {
+    const std::uint16_t count = *table.u16(2);
+    const std::uint16_t stringOffset = *table.u16(4);
+    found.reserve(std::min<std::size_t>(count, (table.size() - recordsStart) / recordSize));
+    for (std::uint16_t i = 0; i < count; ++i) {
         const auto bytes = table.slice(recordsStart + i * recordSize, recordSize);
         if (!bytes) break; // the records behind it lie past the end as well
         const ByteReader record(*bytes);
         if (!wanted.has(*record.u16(6))) continue;
-        if (const auto next = candidate(record, i, table, *stringOffset)) found.push_back(*next);
+        if (const auto next = candidate(record, i, table, stringOffset)) found.push_back(*next);
     }
     return found;
 }

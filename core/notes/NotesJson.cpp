@@ -225,8 +225,9 @@ bool isExact(double number, const std::string& text)
 {
     constexpr std::size_t surelyKept = 15; // std::numeric_limits<double>::digits10
     std::size_t digits = 0;
+    // Besides digits these are signs and the point, which are less than any of them.
     for (const char character : text.substr(0, text.find_first_of("eE")))
-        if ((character >= '1' && character <= '9') || (character == '0' && digits > 0)) ++digits;
+        if (character > '0' || (character == '0' && digits > 0)) ++digits;
     // The nearer one that is not normal is to zero, the fewer digits it has.
     const bool isSure = digits == 0 || (digits <= surelyKept && std::isnormal(number));
     return isSure || textOf(json(number)) == text;

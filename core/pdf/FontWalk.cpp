@@ -37,8 +37,7 @@ void findProgram(const PDF::Dictionary& descriptor, Description& font)
     if ((font.file = descriptor.stream("FontFile2"))) {
         font.program = EmbeddedProgram::trueType;
     } else if ((font.file = descriptor.stream("FontFile3"))) {
-        const auto dictionary = font.file->dictionary();
-        const bool openType = dictionary && dictionary->name("Subtype") == "OpenType";
+        const bool openType = font.file->dictionary()->name("Subtype") == "OpenType";
         font.program = openType ? EmbeddedProgram::openType : EmbeddedProgram::cff;
     } else if ((font.file = descriptor.stream("FontFile"))) {
         font.program = EmbeddedProgram::type1;
@@ -184,8 +183,7 @@ void Walk::scanAppearance(const PDF::Dictionary& annotation, std::size_t annotat
 
 void Walk::scanStream(const StreamRef& stream, std::size_t within)
 {
-    const auto dictionary = stream->dictionary();
-    if (const auto resources = dictionary ? dictionary->dictionary("Resources") : nullptr)
+    if (const auto resources = stream->dictionary()->dictionary("Resources"))
         scanForms(resources, within);
 }
 

@@ -45,11 +45,11 @@ std::optional<char> escapedByte(std::string_view name, std::size_t at)
     return static_cast<char>(high * 16 + low);
 }
 
-/// Replaces the #-escapes of a name in place. A "#" that starts none is itself.
+/// Replaces the #-escapes of a name with at least one "#" in place. A "#" that starts none is
+/// itself.
 void unescape(std::string& name)
 {
     std::size_t out = name.find('#');
-    if (out == std::string::npos) return;
     for (std::size_t in = out; in < name.size();) {
         const auto byte = escapedByte(name, in);
         name[out++] = byte.value_or(name[in]);

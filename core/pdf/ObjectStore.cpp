@@ -3,7 +3,6 @@
 #include "pdf/Limits.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace quillmark::PDF {
@@ -200,7 +199,7 @@ std::shared_ptr<ObjectStore::Members> ObjectStore::members(std::uint64_t stream)
 
 std::shared_ptr<ObjectStore::Members> ObjectStore::unpack(std::uint64_t stream)
 {
-    if (stream > std::numeric_limits<std::int32_t>::max()) return nullptr;
+    // A number that an object can have, since it comes from a cross-reference stream.
     const Reference reference{static_cast<std::uint32_t>(stream), 0};
     const Node node = root(object<Where::inFile>(reference), reference);
     if (!node.isStream()) return nullptr;
@@ -240,7 +239,7 @@ template <ObjectStore::Where where>
 std::optional<std::vector<Filter>> ObjectStore::filters(const Node& stream)
 {
     const auto child = [&](const Node& node, std::string_view key) -> Node {
-        const Value* value = node.object ? node.object->find(*node.value, key) : nullptr;
+        const Value* value = node.object->find(*node.value, key);
         if (!value) return {};
         return followIn<where>({node.object, value, node.owner});
     };

@@ -84,9 +84,7 @@ public:
         const ParsedObject& object = *m_node.object;
         for (std::size_t i = 0; i < m_node.value->entryCount(); ++i) {
             const Node value{m_node.object, &object.entry(*m_node.value, i), m_node.owner};
-            if (!visitor(object.key(*m_node.value, i),
-                         std::make_shared<StoredObject>(m_store, value)))
-                return;
+            visitor(object.key(*m_node.value, i), std::make_shared<StoredObject>(m_store, value));
         }
     }
 
@@ -98,7 +96,6 @@ private:
 class StoredStream final : public Stream {
 public:
     StoredStream(ObjectStore& store, Node node) : m_store(store), m_node(std::move(node)) {}
-    [[nodiscard]] Identity identity() const override { return m_store.identity(m_node); }
     [[nodiscard]] DictionaryRef dictionary() const override
     {
         return std::make_shared<StoredDictionary>(m_store, m_node);

@@ -26,7 +26,7 @@ std::optional<FontFacts> factsOf(const std::optional<BareFontInfo>& info,
     if (!info) return std::nullopt;
     NameStrings names;
     const auto put = [&names](NameID id, const std::optional<std::string>& text) {
-        if (text && !text->empty()) names.add(static_cast<std::uint16_t>(id), *text);
+        if (text) names.add(static_cast<std::uint16_t>(id), *text);
     };
     if (info->fontName) put(NameID::postScriptName, splitSubsetPrefix(*info->fontName).cleanName);
     put(NameID::fullName, info->fullName);

@@ -9,7 +9,6 @@ std::vector<Entry> entries(const Dictionary& dictionary)
     std::vector<Entry> items;
     dictionary.enumerate([&items](std::string_view key, const ObjectRef& value) {
         items.push_back({std::string(key), value});
-        return true;
     });
     return items;
 }

@@ -47,8 +47,8 @@ public:
 
 class Dictionary {
 public:
-    /// Called for one entry; the key has no slash. Returns whether to go on.
-    using Visitor = std::function<bool(std::string_view key, const ObjectRef& value)>;
+    /// Called for one entry; the key has no slash.
+    using Visitor = std::function<void(std::string_view key, const ObjectRef& value)>;
 
     virtual ~Dictionary() = default;
     [[nodiscard]] virtual Identity identity() const = 0;
@@ -79,7 +79,7 @@ public:
 class Stream {
 public:
     virtual ~Stream() = default;
-    [[nodiscard]] virtual Identity identity() const = 0;
+    /// The entries in front of the data; never null.
     [[nodiscard]] virtual DictionaryRef dictionary() const = 0;
     /// The decoded data; null when a filter is not one for plain bytes (image formats, unknown
     /// ones), the data cannot be had, or a limit is exceeded.

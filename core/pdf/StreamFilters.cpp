@@ -99,8 +99,8 @@ Bytes lzw(std::span<const std::byte> raw, bool earlyChange, std::size_t limit)
             output.put(static_cast<std::byte>(code));
         } else {
             // The one code that is not yet in the table stands for the previous piece and its own
-            // first byte, which is what follows that piece.
-            const bool pending = code == next && previous && next < maximum;
+            // first byte, which is what follows that piece. Behind a full table there is none.
+            const bool pending = code == next && previous;
             if (!pending && code >= next) break;
             const Piece piece = pending ? Piece{previous->at, previous->length + 1} : table[code];
             for (std::size_t i = 0; i < piece.length && !output.full(); ++i)
