@@ -124,6 +124,25 @@ TEST_F(DurableFileTest, GivesAnotherGroupNoMoreThanEverybody)
     }
 }
 
+TEST_F(DurableFileTest, KeepsItsGroupWhereOnlyTheOwnerCannotBeGiven)
+{
+    folder.write("a", "old");
+    ASSERT_EQ(chmod(at("a").c_str(), 0660), 0);
+    std::size_t before = 0;
+    {
+        const WatchedCalls watched;
+        EXPECT_EQ(writeDurably(at("a"), "new", ownerOnly), std::nullopt);
+        const auto& made = WatchedCalls::made();
+        const auto owner = std::ranges::find(made, Call::fchown, &MadeCall::call);
+        ASSERT_NE(owner, made.end());
+        before = static_cast<std::size_t>(owner - made.begin());
+    }
+    const WatchedCalls watched(before, EPERM, WatchedCalls::Lasting::once);
+    EXPECT_EQ(writeDurably(at("a"), "newer", ownerOnly), std::nullopt);
+    EXPECT_EQ(std::ranges::count(WatchedCalls::made(), Call::fchown, &MadeCall::call), 2);
+    EXPECT_EQ(folder.mode("a"), 0660U);
+}
+
 TEST_F(DurableFileTest, ThatCanBeMadeAgainDoesNotWaitForTheDisk)
 {
     folder.write("a", "old");
@@ -412,6 +431,15 @@ TEST_F(DurableFileTest, ThatIsNewIsMadeWhereItTakesTwoSteps)
     EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
+TEST_F(DurableFileTest, ThatIsNewIsMadeWhereTheSystemKnowsNoOtherWay)
+{
+    auto made = DurableFile::createNew(folder.path(), "a", ownerOnly);
+    ASSERT_TRUE(std::holds_alternative<DurableFile>(made));
+    const FaultyCall faulty(Call::rename, ENOSYS);
+    EXPECT_EQ(std::get<DurableFile>(made).commit(), std::nullopt);
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
+}
+
 TEST_F(DurableFileTest, ThatIsNewIsNotMadeBehindALink)
 {
     fs::create_directory(at("real"));
@@ -429,9 +457,18 @@ TEST_F(DurableFileTest, IsWrittenWhereTheFileSystemKnowsNoSync)
 
 TEST_F(DurableFileTest, IsWrittenWhereTheFileSystemKnowsNoPermissions)
 {
-    const FaultyCall faulty(Call::fchmod, EPERM);
-    EXPECT_EQ(writeDurably(at("a"), "new", 0644), std::nullopt);
-    EXPECT_EQ(folder.mode("a"), 0600U);
+    for (const int error : {EPERM, ENOTSUP}) {
+        const FaultyCall faulty(Call::fchmod, error);
+        EXPECT_EQ(writeDurably(at("a"), "new", 0644), std::nullopt);
+        EXPECT_EQ(folder.mode("a"), 0600U);
+    }
+}
+
+TEST(NewFileMode, IsWhatTheProcessLeavesAndLeavesThatAsItIs)
+{
+    const mode_t before = umask(0027);
+    EXPECT_EQ(newFileMode(), 0640U);
+    EXPECT_EQ(umask(before), 0027U);
 }
 
 TEST_F(DurableFileTest, StaysAsItWasWhenTheLimitOnFileSizesIsReached)

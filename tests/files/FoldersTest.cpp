@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <optional>
+#include <sys/stat.h>
 
 namespace quillmark::test {
 namespace {
@@ -132,6 +133,17 @@ TEST(SyncFolder, OfOneThatMayNotBeListedIsLeftToTheSystem)
         EXPECT_EQ(syncFolder(hidden), 0);
     }
     fs::permissions(hidden, fs::perms::owner_all);
+}
+
+TEST(OpenFolder, OfAnEmptyPathIsTheCurrentFolder)
+{
+    struct stat opened {};
+    struct stat current {};
+    const FileDescriptor folder = openFolder("");
+    ASSERT_EQ(fstat(folder.get(), &opened), 0);
+    ASSERT_EQ(stat(".", &current), 0);
+    EXPECT_EQ(opened.st_dev, current.st_dev);
+    EXPECT_EQ(opened.st_ino, current.st_ino);
 }
 
 TEST(SyncFolder, OfAMissingOneIsAnError)

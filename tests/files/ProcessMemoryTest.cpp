@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <fstream>
+#include <malloc.h>
 #include <memory>
 #include <string>
 #include <vector>
@@ -41,6 +42,17 @@ TEST(ProcessMemoryTest, WhatIsReservedIsNotTakenBeforeItIsFilled)
     const std::vector<char> filled(20 * mebibyte, 'x');
     EXPECT_GT(residentMemory(), before + 19 * mebibyte);
     EXPECT_LT(residentMemory(), before + 26 * mebibyte);
+}
+
+TEST(ProcessMemoryTest, WhatIsTooLittleOrTooMuchToReserveChangesNothing)
+{
+    if (isSanitized) GTEST_SKIP() << "the sanitizers have an allocator of their own";
+    const auto used = [] { return ::mallinfo2().uordblks; };
+    const std::size_t before = used();
+    for (const std::size_t bytes : {std::size_t{0}, std::size_t{1000}, ~std::size_t{0} / 2}) {
+        reserveMemory(bytes);
+        EXPECT_LT(used(), before + 65'536) << bytes; // what is freed stays at hand
+    }
 }
 
 TEST(ProcessMemoryTest, WhatIsFreeIsKeptUntilItIsMoreThanIsToBeSpare)

@@ -114,6 +114,30 @@ TEST(NotesBook, TakesAnAttachmentOverIntoANoteOfWhichTheRestStaysOurs)
     EXPECT_EQ(ours, bookWithCopy("ours", "first"));
 }
 
+TEST(NotesBook, TakesAnotherNameOfAnAttachmentOver)
+{
+    NotesBook ours = bookWithCopy("ours", "copy");
+    NotesBook theirs = bookWithCopy("1", "copy");
+    theirs.notes.begin()->second.attachmentName = "picked again";
+    ours.takeOver(bookWithCopy("1", "copy"), theirs);
+    ASSERT_NE(ours.note("Garamond"), nullptr);
+    EXPECT_EQ(ours.note("Garamond")->text, "ours");
+    EXPECT_EQ(ours.note("Garamond")->attachment, "copy");
+    EXPECT_EQ(ours.note("Garamond")->attachmentName, "picked again");
+}
+
+TEST(NotesBook, LeavesUnknownKeysOfOursThatOthersHaveNotChanged)
+{
+    const auto book = [](UnknownKeys keys) {
+        NotesBook made;
+        made.unknownKeys = std::move(keys);
+        return made;
+    };
+    NotesBook ours = book({{"ours", "1"}, {"same", "3"}});
+    ours.takeOver(book({{"same", "2"}, {"theirs", "1"}}), book({{"same", "2"}, {"theirs", "2"}}));
+    EXPECT_EQ(ours, book({{"ours", "1"}, {"same", "3"}}));
+}
+
 TEST(NotesBook, TakesNoAttachmentOverWhereOursHasChanged)
 {
     for (const std::string attached : {"ours", ""}) {

@@ -10,6 +10,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -421,6 +422,68 @@ TEST_F(NotesFileTest, ThatIsKeptIsNotKeptAgainWhileItIsThere)
     ASSERT_TRUE(std::holds_alternative<fs::path>(again));
     EXPECT_EQ(std::get<fs::path>(again), at(keptName));
     EXPECT_THAT(folder.names(), ElementsAre("notes.json", keptName));
+}
+
+TEST_F(NotesFileTest, ThatIsKeptIsFoundAmongOthers)
+{
+    folder.write("notes.unreadable-20260101T000000Z.json", "of another time");
+    folder.write("notes.json", "corrupt");
+    fs::create_hard_link(at("notes.json"), at("backup.json"));
+    ASSERT_EQ(std::get<fs::path>(keepUnreadable(at("notes.json"), moment)), at(keptName));
+    EXPECT_EQ(std::get<fs::path>(keepUnreadable(at("notes.json"), moment + 1h)), at(keptName));
+    EXPECT_EQ(folder.names().size(), 4U);
+}
+
+TEST_F(NotesFileTest, InTheCurrentFolderIsKeptThereOnce)
+{
+    folder.write("notes.json", "corrupt");
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.path());
+    const auto kept = keepUnreadable("notes.json", moment);
+    const auto again = keepUnreadable("notes.json", moment + 1h);
+    fs::current_path(before);
+    ASSERT_TRUE(std::holds_alternative<fs::path>(kept));
+    EXPECT_EQ(std::get<fs::path>(kept), fs::path(keptName));
+    ASSERT_TRUE(std::holds_alternative<fs::path>(again));
+    EXPECT_EQ(std::get<fs::path>(again).filename(), fs::path(keptName));
+    EXPECT_THAT(folder.names(), ElementsAre("notes.json", keptName));
+}
+
+TEST_F(NotesFileTest, WhoseFolderMayNotBeListedIsKeptAgainAndAgain)
+{
+    fs::create_directory(at("hidden"));
+    folder.write("hidden/notes.json", "corrupt");
+    fs::permissions(at("hidden"), fs::perms::all & ~fs::perms::owner_read & ~fs::perms::group_read &
+                                      ~fs::perms::others_read);
+    fs::permissions(at("hidden/notes.json"), fs::perms::all); // or it could not be given a name
+    {
+        const Unprivileged nobody(folder.path());
+        for (const auto time : {moment, moment + 1s})
+            EXPECT_TRUE(
+                std::holds_alternative<fs::path>(keepUnreadable(at("hidden/notes.json"), time)));
+    }
+    fs::permissions(at("hidden"), fs::perms::owner_all);
+    EXPECT_THAT(folder.names("hidden"),
+                ElementsAre("notes.json", keptName, "notes.unreadable-20261122T021001Z.json"));
+}
+
+TEST_F(NotesFileTest, ThatIsKeptIsNotFoundWhereNamesCannotBeLookedAt)
+{
+    folder.write("notes.json", "corrupt");
+    ASSERT_TRUE(std::holds_alternative<fs::path>(keepUnreadable(at("notes.json"), moment)));
+    std::size_t before = 0;
+    {
+        const WatchedCalls watched;
+        ASSERT_EQ(std::get<fs::path>(keepUnreadable(at("notes.json"), moment)), at(keptName));
+        const auto& made = WatchedCalls::made();
+        const auto look = std::ranges::find(made, at(keptName).native(), &MadeCall::name);
+        ASSERT_NE(look, made.end());
+        ASSERT_EQ(look->call, Call::stat);
+        before = static_cast<std::size_t>(look - made.begin());
+    }
+    const WatchedCalls watched(before, EIO, WatchedCalls::Lasting::once);
+    EXPECT_EQ(std::get<fs::path>(keepUnreadable(at("notes.json"), moment)),
+              at("notes.unreadable-20261122T021000Z-2.json"));
 }
 
 TEST_F(NotesFileTest, ThatIsKeptIsOnTheDiskBeforeItIsSaidToBe)

@@ -281,6 +281,12 @@ TEST(NotesJson, CarriesUnknownKeysAlongWhenTheNoteIsChanged)
     EXPECT_EQ(NotesJson::encode(book), replaced(newerText, "\"x\"", "\"y\""));
 }
 
+TEST(NotesJson, CarriesNumbersBelowZeroAlong)
+{
+    const std::string text = "{\n  \"least\": -9223372036854775808,\n  \"notes\": {}\n}\n";
+    EXPECT_EQ(NotesJson::encode(decoded(text)), text);
+}
+
 TEST(NotesJson, ForgetsUnknownKeysOfANoteThatIsRemoved)
 {
     NotesBook book = decoded(newerText);
@@ -429,6 +435,14 @@ std::string zeros(std::size_t marks)
     return text + "]}";
 }
 
+TEST(NotesJson, ThatClosesMoreThanItOpensIsRefused)
+{
+    EXPECT_EQ(damage(R"({"notes": {}}})"), "it is not JSON");
+    // What is closed too often makes no room for deeper nesting.
+    EXPECT_EQ(damage(std::string(1000, ']') + nested(Limits::notesFileDepth + 1)),
+              "its values are nested too deeply");
+}
+
 TEST(NotesJson, OfTooManyValuesIsRefused)
 {
     EXPECT_EQ(damage(zeros(Limits::notesFileMarks + 1)), "it holds too many values");
@@ -470,6 +484,7 @@ TEST(NotesJson, WithUnknownKeysIsReadWhole)
 {
     EXPECT_TRUE(isWhole(R"({"notes": {}, "a": [1, {"b": null, "c": -0.5e3, "d": "é"}, true]})"));
     EXPECT_TRUE(isWhole(R"({"notes": {}, "a": 18446744073709551615, "b": 0.000012345678901234})"));
+    EXPECT_TRUE(isWhole(R"({"notes": {}, "a": -9223372036854775808, "b": [-1]})"));
     EXPECT_TRUE(isWhole(R"({"notes": {}, "as we write it": 0.12345678901234568})"));
     EXPECT_TRUE(isWhole(R"({"notes": {}, "a": 0e9, "the smallest of all": 5e-324})"));
 }
@@ -492,6 +507,7 @@ TEST(NotesJson, ThatSaysMoreThanIsReadIsNotWhole)
              "{\"notes\": {\"A\": 1, \"A\": " + note + "}}",
              replaced(fullNoteText, "\"text\":", "\"text\": \"\", \"text\":"),
              replaced(fullNoteText, "\"text\":", "\"x\": [], \"x\": {}, \"text\":"),
+             replaced(fullNoteText, "\"text\":", "\"x\": 1, \"x\": 2, \"y\": 3, \"text\":"),
          })
         EXPECT_FALSE(isWhole(text)) << text;
 }
