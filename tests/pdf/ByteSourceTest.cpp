@@ -1,5 +1,6 @@
 #include "pdf/ByteSource.h"
 
+#include "support/FaultyCalls.h"
 #include "support/FontBytes.h"
 #include "support/ShortReads.h"
 #include "support/TemporaryFolder.h"
@@ -7,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <filesystem>
 #include <iterator>
@@ -140,6 +142,24 @@ TEST(FileSource, LetsGoOfItsFile)
     EXPECT_EQ(openFiles(), before);
     EXPECT_FALSE(fileSource(folder.path()));
     EXPECT_EQ(openFiles(), before);
+    {
+        const test::FaultyCall faulty(test::Call::stat, EIO);
+        EXPECT_FALSE(fileSource(file));
+    }
+    EXPECT_EQ(openFiles(), before);
+}
+
+TEST(FileSource, EndsWhereTheDiskFails)
+{
+    const TemporaryFolder folder;
+    const std::string text = letters(2 * pieceSize);
+    const auto source = fileSource(folder.write("a", text));
+    ASSERT_TRUE(source);
+    EXPECT_EQ(textOf(source->at(0)), text.substr(0, pieceSize));
+    const test::FailingReads failing(EIO);
+    EXPECT_EQ(textOf(source->at(pieceSize)), "");
+    EXPECT_EQ(read(*source, 0, 10), "");
+    EXPECT_EQ(textOf(source->at(5)), text.substr(5, pieceSize - 5)); // is still there
 }
 
 TEST(FileSource, IsOnlyOfARegularFile)

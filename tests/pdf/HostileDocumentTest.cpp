@@ -227,6 +227,33 @@ TEST(HostileDocument, FontsWithAllTheirPagesShareABudget)
     EXPECT_EQ(numbers, Limits::fontPages + 200);
 }
 
+TEST(HostileDocument, PagesAreGatheredFromAnnotationsOnlySoOften)
+{
+    // Every other page of 20,000 has the same annotations, each with states of its own that lead to
+    // one appearance; the last one leads to another.
+    const auto pages = [](int annotations) {
+        std::string kids;
+        for (int i = 0; i < 10'000; ++i)
+            kids += "3 0 R 4 0 R ";
+        std::string annotated;
+        for (int i = 0; i < annotations; ++i)
+            annotated += "<</AP<</N<</S 6 0 R>>>>>>";
+        PDFBytes pdf;
+        pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+        pdf.object(2, "<</Type/Pages/Kids[" + kids + "]>>");
+        pdf.object(3, "<</Type/Page/Annots 5 0 R>>").object(4, "<</Type/Page>>");
+        pdf.object(5, "[" + annotated + "<</AP<</N<</S 7 0 R>>>>>>]");
+        pdf.stream(6, "/Resources" + fontNamed("Often"));
+        pdf.stream(7, "/Resources" + fontNamed("Once"));
+        std::string counts;
+        for (const auto& font : scanned(pdf).fonts)
+            counts += font.baseName + " " + std::to_string(font.pages.size()) + " ";
+        return counts;
+    };
+    EXPECT_EQ(pages(10), "Often 10000 Once 10000 ");
+    EXPECT_EQ(pages(1'700), "Often 1 Once 1 ");
+}
+
 TEST(HostileDocument, FontsOverTheirLimitAreLeftOut)
 {
     const auto count = [](std::size_t fonts) {
@@ -305,6 +332,30 @@ TEST(HostileDocument, ObjectStreamOfTheLargestSizeIsReadAndALargerOneIsNot)
 {
     EXPECT_EQ(namesAndPages(scanned(paddedObjectStream(Limits::objectStream))), "Foo [1]");
     EXPECT_EQ(namesAndPages(scanned(paddedObjectStream(Limits::objectStream + 1))), "");
+}
+
+TEST(HostileDocument, ObjectStreamsThatAreNotKeptAreUnpackedAgain)
+{
+    // Five of them are more than are kept; the last page asks for something from the first.
+    static_assert(5 * (std::size_t{15} << 20U) > Limits::objectStreamCache);
+    PDFBytes pdf;
+    pdf.crossReference(CrossReference::stream);
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+    pdf.object(2, "<</Type/Pages/Kids[10 0 R 11 0 R 12 0 R 13 0 R 14 0 R]>>");
+    for (int i = 0; i < 5; ++i) {
+        std::string text = std::to_string(10 + i) + " 0 " + std::to_string(20 + i) + " 100 ";
+        text.resize(20, ' ');
+        text += "<</Type/Page/Resources<</Font<</F<</BaseFont/N" + std::to_string(i) + ">>" +
+                (i == 4 ? "/L 20 0 R" : "") + ">>>>>>";
+        text.resize(20 + 100, ' ');
+        text += "<</BaseFont/Late>>";
+        text.resize(std::size_t{15} << 20U, ' ');
+        pdf.objectStreamAsWritten(30 + i, "/N 2/First 20/Filter/FlateDecode",
+                                  test::deflated(ascii(text)), {10 + i, 20 + i});
+    }
+    const std::size_t before = mostMemory();
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "N0 [1], N1 [2], N2 [3], N3 [4], N4 [5], Late [5]");
+    EXPECT_LT(mostMemory() - before, littleMemory);
 }
 
 TEST(HostileDocument, ObjectOfTheLargestSizeIsReadAndALargerOneIsNot)

@@ -107,15 +107,22 @@ INSTANTIATE_TEST_SUITE_P(
                     Text{"NameWithEscape", "/A#20B#2f", "/A B/"},
                     Text{"NameWithEscapeInSmallLetters", "/#c3#a9", "/\xC3\xA9"},
                     Text{"NameWithHashThatStartsNoEscape", "/A#G1#", "/A#G1#"},
+                    Text{"NameWithLettersBehindF", "/A#zz#1g#1G#1:#1@", "/A#zz#1g#1G#1:#1@"},
                     Text{"NameWithEscapedNUL", "/A#00B", "/A#00B"},
                     Text{"NameEndsAtADelimiter", "[/A/B(c)/D]", "[/A /B ? /D]"},
                     Text{"String", "(a(b)\\)c)", "?"}, Text{"StringThatNeverEnds", "(abc", "?"},
+                    Text{"StringThatEndsInABackslash", "[(abc\\", "[?]"},
                     Text{"HexString", "<41 4>", "?"}, Text{"HexStringThatNeverEnds", "<41", "?"},
                     Text{"Array", "[1 /A [2 []] null]", "[1 /A [2 []] null]"},
                     Text{"Reference", "[7 0 R 8 1 R]", "[7.0 8.1]"},
                     Text{"ReferenceBehindNumbers", "[1 2 3 0 R 4]", "[1 2 3.0 4]"},
                     Text{"ReferenceToObjectZero", "[0 0 R]", "[null]"},
                     Text{"ReferenceOverTheRange", "[3000000000 0 R]", "[null]"},
+                    Text{"ReferenceWithNegativeGeneration", "[3 -1 R]", "[null]"},
+                    Text{"ReferenceWithGenerationOverTheRange", "[3 3000000000 R]", "[null]"},
+                    Text{"ReferenceToANegativeObject", "[-3 0 R]", "[null]"},
+                    Text{"ReferenceWithoutGeneration", "[3 /A R]", "[3 /A]"},
+                    Text{"ReferenceWithoutNumber", "[/A 3 R]", "[/A 3]"},
                     Text{"ReferenceWithoutNumbers", "[/A R 1 R]", "[/A 1]"},
                     Text{"ReferenceOnItsOwnIsANumber", "7 0 R", "7"},
                     Text{"Dictionary", "<</B 1/A/X/C 4 0 R>>", "</A /X /B 1 /C 4.0>"},
@@ -152,6 +159,7 @@ TEST(ObjectParser, HeaderHasToMatch)
     EXPECT_EQ(indirect("5 0 obj/A", {4, 0}), "none");
     EXPECT_EQ(indirect("5 0 /A"), "none");
     EXPECT_EQ(indirect("5 0 R /A"), "none");
+    EXPECT_EQ(indirect("5 0 stream /A"), "none");
     EXPECT_EQ(indirect("xref"), "none");
     EXPECT_EQ(indirect(""), "none");
 }
@@ -307,7 +315,8 @@ INSTANTIATE_TEST_SUITE_P(
         Sighting{"KeyBehindTheObject", "<</A 1>>endobj 6 0 obj<</AP 1>>", false},
         Sighting{"StrayCloser", "<</A]/B 1>>/AP", true},
         Sighting{"CrossedClosers", "<</A[>>]/AP 1>>", true}, Sighting{"CutShort", "<</A 1", true},
-        Sighting{"NoDictionary", "5", true},
+        Sighting{"NoDictionary", "5", true}, Sighting{"OnlyACloser", "]", true},
+        Sighting{"OnlyClosers", ">> /A", true},
         Sighting{"DeepNesting", "<</A" + std::string(40, '[') + std::string(40, ']') + ">>", true}),
     [](const auto& test) { return std::string(test.param.name); });
 

@@ -424,6 +424,42 @@ TEST(PDFDocument, StreamKeywordMayBeFollowedByEitherLineEnd)
     EXPECT_EQ(lines(scanned(replaced(pdf, "stream\nthe", "stream\rthe"))), fooWithProgram);
 }
 
+TEST(PDFDocument, LineEndBehindTheStreamKeywordMayLieAcrossPieces)
+{
+    constexpr std::size_t piece = std::size_t{16} << 10U;
+    const auto document = [](std::size_t filling) {
+        auto pdf = onePage("<</Font<</F<</BaseFont/Foo/Subtype/TrueType/FontDescriptor<</FontFile2 "
+                           "5 0 R>>>>>>>>");
+        pdf.object(4, "(" + std::string(filling, 'x') + ")");
+        return replaced(pdf.stream(5, "", program).build(), "stream\nthe", "stream\r\nthe");
+    };
+    const std::size_t lineEnd = test::asText(document(0)).find("stream\r\n") + 6;
+    const Bytes pdf = document(piece - 1 - lineEnd);
+    ASSERT_EQ(pdf[piece - 1], std::byte{'\r'});
+    const test::TemporaryFolder folder;
+    const auto opened = open(folder.write("book.pdf", pdf));
+    const auto* opening = std::get_if<std::unique_ptr<Document>>(&opened);
+    ASSERT_NE(opening, nullptr);
+    EXPECT_EQ(lines(PDFFontScanner::scan(**opening)), fooWithProgram);
+}
+
+TEST(PDFDocument, StreamKeywordWithoutALineEndIsMadeUpFor)
+{
+    const Bytes pdf = withProgram("", program).build();
+    EXPECT_EQ(lines(scanned(replaced(pdf, "stream\nthe", "stream the"))), fooWithProgram);
+}
+
+TEST(PDFDocument, StreamThatTheFileEndsBeforeHasNoData)
+{
+    const std::string text =
+        "%PDF-1.7\n1 0 obj<</Type/Catalog/Pages 2 0 R>>endobj\n"
+        "2 0 obj<</Type/Pages/Kids[3 0 R]>>endobj\n"
+        "3 0 obj<</Type/Page/Resources<</Font<</F<</BaseFont/Foo/Subtype/TrueType"
+        "/FontDescriptor<</FontFile2 4 0 R>>>>>>>>>>endobj\ntrailer<</Root 1 0 R>>\n"
+        "4 0 obj<</Length 5>>stream";
+    EXPECT_EQ(lines(scanned(ascii(text))), fooWithoutProgram);
+}
+
 TEST(PDFDocument, MissingEndOfAStreamIsMadeUpFor)
 {
     const Bytes pdf = withProgram("", program).build();
@@ -625,6 +661,67 @@ INSTANTIATE_TEST_SUITE_P(PDFDocument, BadObjectStreams,
                                          "/N 1/First 4000", "/N 0/First 4", "/N(x)/First 4",
                                          "/N 1/First 4/Filter/DCTDecode",
                                          "/N 1/First 4/Filter/FlateDecode"));
+
+TEST(PDFDocument, FiltersOfAnObjectStreamMayStandInArrays)
+{
+    const Bytes packed = test::asciiHex(test::deflated(test::pngUp(ascii(pageInStream), 4)));
+    auto pdf = withPageInStream();
+    pdf.objectStreamAsWritten(5,
+                              "/N 1/First 4/Filter[/ASCIIHexDecode 6 0 R]/DecodeParms[null"
+                              "<</Predictor 12/Columns 4>>]",
+                              packed, {3});
+    pdf.object(6, "/FlateDecode");
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Foo [1]");
+    auto other = withPageInStream();
+    other.objectStreamAsWritten(5, "/N 1/First 4/Filter[/ASCIIHexDecode 6 0 R]", packed, {3});
+    EXPECT_EQ(scanned(other).pageCount, 0);
+}
+
+TEST(PDFDocument, LengthOfAnObjectStreamMayBeAnObjectOfItsOwn)
+{
+    auto pdf = withPageInStream();
+    pdf.streamAsWritten(5, "/N 1/First 4/Length 6 0 R", pageInStream).claimInStream(3, 5);
+    // Without it, the end is searched for.
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Foo [1]");
+    pdf.object(6, std::to_string(pageInStream.size()));
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Foo [1]");
+}
+
+TEST(PDFDocument, AnnotationsMayStandInAnObjectStream)
+{
+    const auto found = [](PDFBytes& pdf) {
+        pdf.crossReference(CrossReference::stream);
+        pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>").object(2, "<</Type/Pages/Kids[3 0 R]>>");
+        pdf.object(3, "<</Type/Page/Annots[4 0 R 5 0 R]>>");
+        pdf.stream(6, "/Resources<</Font<</F<</BaseFont/Foo>>>>>>");
+        return namesAndPages(scanned(pdf));
+    };
+    PDFBytes shown;
+    shown.objectStream(9, {{4, "<</Subtype/Link>>"}, {5, "<</AP<</N 6 0 R>>>>"}});
+    EXPECT_EQ(found(shown), "Foo [1]");
+    PDFBytes plain;
+    plain.objectStream(9, {{4, "<</Subtype/Link>>"}, {5, "<</N 6 0 R>>"}});
+    EXPECT_EQ(found(plain), "");
+    PDFBytes elsewhere;
+    elsewhere.objectStream(9, {{7, "<</AP<</N 6 0 R>>>>"}}).claimInStream(4, 9);
+    EXPECT_EQ(found(elsewhere), "");
+    PDFBytes broken;
+    broken.object(9, "<<>>").claimInStream(4, 9).claimInStream(5, 9);
+    EXPECT_EQ(found(broken), "");
+}
+
+TEST(PDFDocument, ElementsBehindTheEndOfAnArrayAreAbsent)
+{
+    const Bytes pdf = onePage("<<>>").build();
+    const auto opened = open(pdf);
+    const auto kids = std::get<std::unique_ptr<Document>>(opened)->pages()->array("Kids");
+    ASSERT_EQ(kids->size(), 1U);
+    EXPECT_NE(kids->dictionary(0), nullptr);
+    EXPECT_NE(kids->dictionaryWith(0, "Resources"), nullptr);
+    EXPECT_EQ(kids->dictionaryWith(0, "AP"), nullptr);
+    EXPECT_EQ(kids->dictionary(1), nullptr);
+    EXPECT_EQ(kids->dictionaryWith(1, "Resources"), nullptr);
+}
 
 TEST(PDFDocument, ObjectStreamClaimingMoreObjectsThanItHasGivesThoseItHas)
 {

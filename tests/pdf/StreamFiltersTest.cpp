@@ -246,6 +246,63 @@ TEST(LZW, PieceMayBeUsedBeforeItIsInTheTable)
     EXPECT_EQ(decoded(test::lzw(ascii("aaa")), {filter(Kind::lzw)}), "aaa");
 }
 
+/// Codes of the width that a decoder expects of each, which grows with its table.
+Bytes lzwCodes(const std::vector<unsigned>& codes)
+{
+    Bytes raw;
+    std::uint32_t bits = 0;
+    unsigned available = 0;
+    unsigned width = 9;
+    unsigned next = 258;
+    bool isFirst = true;
+    for (const unsigned code : codes) {
+        bits = bits << width | code;
+        for (available += width; available >= 8; available -= 8)
+            raw.push_back(static_cast<std::byte>(bits >> (available - 8)));
+        if (code == 256) {
+            width = 9;
+            next = 258;
+        } else if (!isFirst && next < 4096) {
+            ++next;
+        }
+        isFirst = code == 256;
+        if (next + 1 >= (1U << width) && width < 12) ++width;
+    }
+    raw.push_back(static_cast<std::byte>(bits << (8 - available)));
+    return raw;
+}
+
+TEST(LZW, TableMayBeFullForLong)
+{
+    std::vector<unsigned> codes{256};
+    std::string text;
+    for (unsigned i = 0; i < 6000; ++i) {
+        codes.push_back(i * 7 % 256);
+        text += static_cast<char>(i * 7 % 256);
+    }
+    // The first entry of the table, and the last, which is behind that of the first two bytes.
+    for (const unsigned code : {258U, 4095U}) {
+        codes.push_back(code);
+        text += text.substr(code - 258, 2);
+    }
+    codes.push_back(257);
+    EXPECT_EQ(decoded(lzwCodes(codes), {filter(Kind::lzw)}), text);
+}
+
+TEST(LZW, PieceBeforeAnyOtherEndsTheData)
+{
+    EXPECT_EQ(decoded(lzwCodes({256, 'a', 256, 258, 'b', 257}), {filter(Kind::lzw)}), "a");
+}
+
+TEST(LZW, PieceThatIsLongerThanTheLimitIsTooMuch)
+{
+    const std::string text(1000, 'a');
+    const Bytes raw = test::lzw(ascii(text));
+    for (std::size_t limit = raw.size(); limit < text.size(); ++limit)
+        EXPECT_EQ(decoded(raw, {filter(Kind::lzw)}, limit), std::nullopt) << limit;
+    EXPECT_EQ(decoded(raw, {filter(Kind::lzw)}, text.size()), text);
+}
+
 TEST(LZW, CodeThatIsNotInTheTableEndsTheData)
 {
     // Clear (256), "a" (97), 300 and the end (257), of nine bits each.
@@ -299,6 +356,21 @@ TEST(RunLength, CopiesAndRuns)
                                        11),
                       Kind::runLength),
               "abcxxx");
+}
+
+TEST(RunLength, RunThatIsLongerThanTheLimitIsTooMuch)
+{
+    // Three runs of 128 bytes.
+    const Bytes raw = ascii("\x81x\x81y\x81z");
+    for (const std::size_t limit : {6U, 127U, 128U, 129U, 255U, 256U, 383U})
+        EXPECT_EQ(decoded(raw, {filter(Kind::runLength)}, limit), std::nullopt) << limit;
+    EXPECT_EQ(decoded(raw, {filter(Kind::runLength)}, 384),
+              std::string(128, 'x') + std::string(128, 'y') + std::string(128, 'z'));
+}
+
+TEST(RunLength, RunWithoutItsByteIsNone)
+{
+    EXPECT_EQ(decoded("\xFEx\xFE", Kind::runLength), "xxx");
 }
 
 TEST(RunLength, RunThatIsCutShortGivesWhatIsThere)

@@ -1,5 +1,6 @@
-// Files that are read in small pieces, as from a network. The test program's own definition of the
-// system call stands before that of the C library; otherwise it passes everything on.
+// Files that are read in small pieces, as from a network, or cannot be read. The test program's own
+// definition of the system call stands before that of the C library; otherwise it passes everything
+// on.
 #pragma once
 
 namespace quillmark::test {
@@ -12,6 +13,15 @@ public:
     ~ShortReads();
     ShortReads(const ShortReads&) = delete;
     ShortReads& operator=(const ShortReads&) = delete;
+};
+
+/// While it lives, each pread fails with `error`. One at a time.
+class FailingReads {
+public:
+    explicit FailingReads(int error);
+    ~FailingReads();
+    FailingReads(const FailingReads&) = delete;
+    FailingReads& operator=(const FailingReads&) = delete;
 };
 
 } // namespace quillmark::test
