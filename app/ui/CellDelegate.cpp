@@ -72,17 +72,25 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     painter->restore();
 
     const auto* const view = qobject_cast<const QAbstractItemView*>(cell.widget);
-    if (!view || !view->hasFocus() || isSelected(cell) || view->currentIndex().row() != index.row())
-        return;
+    if (!view || !view->hasFocus() || view->currentIndex().row() != index.row()) return;
     QStyleOptionFocusRect focus;
     focus.QStyleOption::operator=(cell);
     focus.rect.setLeft(0);
     focus.rect.setRight(view->viewport()->width() - 1);
-    focus.state |= QStyle::State_KeyboardFocusChange;
-    focus.backgroundColor = cell.palette.color(QPalette::Base);
     painter->save();
     painter->setClipRect(cell.rect, Qt::IntersectClip);
-    style->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, painter, cell.widget);
+    if (isSelected(cell)) {
+        // The style's own would vanish in the colour of the selection.
+        QColor ring = cell.palette.color(groupOf(cell), QPalette::HighlightedText);
+        ring.setAlphaF(0.7F);
+        painter->setPen(ring);
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(focus.rect.adjusted(1, 1, -2, -2));
+    } else {
+        focus.state |= QStyle::State_KeyboardFocusChange;
+        focus.backgroundColor = cell.palette.color(QPalette::Base);
+        style->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, painter, cell.widget);
+    }
     painter->restore();
 }
 

@@ -2,6 +2,7 @@
 
 #include "ui/TextLabel.h"
 
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace quillmark {
@@ -14,8 +15,12 @@ ListHeading::ListHeading(QWidget* parent)
     // A long folder name or path must not widen the window. Of a path both ends tell most.
     m_title->setElided(Qt::ElideRight);
     m_subtitle->setElided(Qt::ElideMiddle);
-    for (TextLabel* const label : {m_title, m_subtitle})
+    for (TextLabel* const label : {m_title, m_subtitle}) {
         label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        // A name of any script begins above the list, where all others do.
+        label->setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) |
+                            Qt::AlignAbsolute | Qt::AlignVCenter);
+    }
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(2);

@@ -289,6 +289,8 @@ void MainWindow::restore()
     m_list->restoreColumns(m_settings.listColumns);
     m_commands->showDetails->setChecked(m_settings.showsDetails);
     m_commands->showSidebar->setChecked(m_settings.showsSidebar);
+    // By itself it would be a button of the toolbar's, unseen, and the next key would press it.
+    m_sidebar->focusTree();
 }
 
 void MainWindow::remember()

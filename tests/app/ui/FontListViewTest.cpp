@@ -554,6 +554,20 @@ TEST_F(FontList, ASelectedRowsBadgeStandsOnAPlateOfTheTablesGround)
               table().palette().color(QPalette::Highlight));
 }
 
+TEST_F(FontList, ASelectedRowShowsThatTheTableHasTheKeyboard)
+{
+    select("Cedar");
+    const auto row = [this] {
+        const QRect cell = table().visualRect(model().index(2, 0));
+        return table().viewport()->grab(cell).toImage();
+    };
+    view.focusTable();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return table().hasFocus(); }));
+    const QImage with = row();
+    table().clearFocus();
+    EXPECT_NE(with, row());
+}
+
 TEST_F(FontList, VerdictsAreSpokenInFullAndTheTableHasAName)
 {
     QAccessibleInterface* const spoken = QAccessible::queryAccessibleInterface(&table());

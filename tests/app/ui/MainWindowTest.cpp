@@ -19,6 +19,7 @@
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
+#include <QBitmap>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QHelpEvent>
@@ -27,12 +28,14 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QProgressBar>
+#include <QRegion>
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QTest>
 #include <QToolBar>
 #include <QToolButton>
 #include <QToolTip>
+#include <QTreeView>
 #include <QUrl>
 
 #include <memory>
@@ -195,6 +198,11 @@ TEST_F(MainWindowTest, ItsColumnsKeepToTheirWidths)
     EXPECT_FALSE(the<QSplitter>().childrenCollapsible());
 }
 
+TEST_F(MainWindowTest, TheKeyboardBeginsInTheSidebar)
+{
+    EXPECT_TRUE(QTest::qWaitFor([this] { return the<QTreeView>().hasFocus(); }));
+}
+
 TEST_F(MainWindowTest, WhileNoFontIsKnownYetItSaysThatTheyAreBeingRead)
 {
     install(*fonts, likelyOKFont());
@@ -248,6 +256,20 @@ TEST_F(MainWindowTest, TheNameOfAFolderIsShownAsTextOnOneLine)
     ASSERT_EQ(labels.size(), 2);
     EXPECT_EQ(labels[0]->text(), u"R&D\uFFFD<b>"_s);
     EXPECT_TRUE(labels[1]->text().endsWith(u"/R&D\uFFFD<b>"_s));
+}
+
+TEST_F(MainWindowTest, TheNameOfAFolderBeginsAtTheSameEdgeInEveryScript)
+{
+    for (const std::string name : {"Brook", "\u05D0\u05D1\u05D2 Brook"}) {
+        model->setSelection(SidebarItem::folder(addScannedFolder(name, {likelyOKFont()})));
+        QCoreApplication::processEvents();
+        const auto labels = the<ListHeading>().findChildren<QLabel*>();
+        const QImage title = labels.at(0)->grab().toImage();
+        ASSERT_EQ(labels.at(0)->text().toStdString(), name);
+        const QRect ink = QRegion(QBitmap::fromImage(title.createHeuristicMask())).boundingRect();
+        EXPECT_LT(ink.left(), 10) << name;
+        EXPECT_LT(ink.right(), title.width() / 2) << name;
+    }
 }
 
 TEST_F(MainWindowTest, ALongFolderNameIsCutVisiblyAndTheWholeIsAToolTip)
