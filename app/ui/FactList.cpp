@@ -33,6 +33,7 @@ FactList::FactList(std::span<const std::string_view> labels, std::string_view li
         Row row{.label = new TextLabel(label, TextStyle::callout, TextTone::secondary, this),
                 .text = new SelectableText(label, TextStyle::body, TextTone::primary, this),
                 .link = name == linked ? new LinkText(label, this) : nullptr};
+        if (name == pathFactLabel) row.text->setOneWay();
         row.label->hide();
         row.text->hide();
         chain.add(row.text);

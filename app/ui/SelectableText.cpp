@@ -87,6 +87,12 @@ void SelectableText::setContent(std::string_view text, std::string_view aside)
     contentChanged();
 }
 
+void SelectableText::setOneWay()
+{
+    m_oneWay = true;
+    write();
+}
+
 void SelectableText::setBold(bool bold)
 {
     m_bold = bold;
@@ -107,11 +113,13 @@ void SelectableText::write()
     adjust(format);
     setCurrentCharFormat(format);
     setPlainText(m_content);
-    if (!m_aside.isEmpty()) {
+    if (m_oneWay || !m_aside.isEmpty()) {
         // The aside stays behind the text, also where the text goes from right to left.
         QTextBlockFormat direction;
         direction.setLayoutDirection(layoutDirection());
         QTextCursor(document()).mergeBlockFormat(direction);
+    }
+    if (!m_aside.isEmpty()) {
         QTextCharFormat quiet;
         quiet.setFont(textFont(TextStyle::callout));
         quiet.setForeground(secondaryColour(QApplication::palette()));

@@ -27,6 +27,8 @@ public:
     /// Shows text of a font or a file (see ShownText.h). `aside` follows it, less prominently.
     void setContent(std::string_view text, std::string_view aside = {});
     [[nodiscard]] QString content() const { return m_content; }
+    /// The text goes the window's own way whatever its letters, as a path does.
+    void setOneWay();
     /// The same font, but bold.
     void setBold(bool bold);
     /// The room between two lines of the content, in pixels, where each is a paragraph.
@@ -68,6 +70,7 @@ private:
 
     TextStyle m_style;
     TextTone m_tone;
+    bool m_oneWay{};
     bool m_bold{};
     int m_paragraphGap{};
     bool m_applying{};

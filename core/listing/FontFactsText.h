@@ -33,6 +33,9 @@ inline constexpr std::array<std::string_view, 5> pdfFactLabels{
     "Name in PDF", "Font type", "Embedded", "Pages", "Matched to",
 };
 
+/// The one whose value is a path, which goes from left to right in every script.
+inline constexpr std::string_view pathFactLabel = pdfFactLabels[4];
+
 /// What the font says about itself; what it does not say is left out.
 [[nodiscard]] std::vector<Fact> factsOfFont(const FontFacts& facts);
 

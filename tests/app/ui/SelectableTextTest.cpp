@@ -148,6 +148,19 @@ TEST(SelectableText, EachParagraphGoesItsOwnWay)
     EXPECT_EQ(directions, (std::vector{Qt::LeftToRight, Qt::RightToLeft, Qt::LeftToRight}));
 }
 
+TEST(SelectableText, APathAndWhatFollowsItGoOneWayInEveryScript)
+{
+    SelectableText text(u"Matched to"_s);
+    text.setOneWay();
+    text.setContent("/\u05D0\u05D1/\u05D2 (by family)");
+    text.resize(400, text.heightForWidth(400));
+    text.show();
+    const QTextBlock block = text.document()->firstBlock();
+    EXPECT_EQ(block.textDirection(), Qt::LeftToRight);
+    const auto line = block.layout()->lineAt(0);
+    EXPECT_LT(line.cursorToX(1), line.cursorToX(8)) << "the root stands before the remark";
+}
+
 TEST(SelectableText, AnAsideStandsBehindATextThatGoesFromRightToLeft)
 {
     SelectableText text(u"Font"_s);
