@@ -463,7 +463,7 @@ std::unique_ptr<EmbeddedFont> EmbeddedFont::open(const FontFile& file)
 
 EmbeddedFont::EmbeddedFont(std::unique_ptr<Face> face) : m_face(std::move(face))
 {
-    add(0, {});
+    m_codes.emplace(key(0, {}), add(0, {}, m_face->advance(0)));
 }
 
 EmbeddedFont::~EmbeddedFont() = default;
@@ -488,16 +488,28 @@ GlyphCode EmbeddedFont::code(unsigned glyph, std::string_view text)
 {
     const auto known = m_codes.find(key(glyph, text));
     if (known != m_codes.end()) return known->second;
-    return m_texts.size() < mostCodes ? add(glyph, text) : GlyphCode{0};
+    if (m_texts.size() == mostCodes) return 0;
+    const GlyphCode added = add(glyph, text, m_face->advance(glyph));
+    m_codes.emplace(key(glyph, text), added);
+    return added;
 }
 
-GlyphCode EmbeddedFont::add(unsigned glyph, std::string_view text)
+GlyphCode EmbeddedFont::blank()
+{
+    constexpr unsigned noGlyph = 0xFFFF; // which is no font's, and drawn as nothing
+    if (m_blank) return *m_blank;
+    if (m_texts.size() == mostCodes) return 0;
+    const unsigned space = m_face->glyph(U' ');
+    m_blank = add(space == 0 ? noGlyph : space, {}, 0);
+    return *m_blank;
+}
+
+GlyphCode EmbeddedFont::add(unsigned glyph, std::string_view text, double advance)
 {
     const auto added = static_cast<GlyphCode>(m_texts.size());
     m_glyphs.push_back(glyph);
-    m_advances.push_back(m_face->advance(glyph));
+    m_advances.push_back(advance);
     m_texts.emplace_back(text);
-    m_codes.emplace(key(glyph, text), added);
     return added;
 }
 

@@ -42,6 +42,9 @@ public:
     [[nodiscard]] std::optional<GlyphCode> code(char32_t character);
     /// The code of a glyph that stands for `text`, which may be empty. 0 when there are too many.
     [[nodiscard]] GlyphCode code(unsigned glyph, std::string_view text);
+    /// The code of a glyph without outline, room or text, which only marks a place. 0 when there
+    /// are too many codes.
+    [[nodiscard]] GlyphCode blank();
     /// The longest text of a code, in bytes: a string in a CMap may have 512, and each byte here
     /// takes two of them at most.
     static constexpr std::size_t longestText = 255;
@@ -60,12 +63,13 @@ private:
     class Face;
 
     explicit EmbeddedFont(std::unique_ptr<Face> face);
-    GlyphCode add(unsigned glyph, std::string_view text);
+    GlyphCode add(unsigned glyph, std::string_view text, double advance);
     [[nodiscard]] std::string drawnProgram(const std::string& fontName) const;
     void writeDescriptor(PDFFile& file, PDFFile::Object object, const std::string& fontName,
                          PDFFile::Object program, std::string_view programEntry) const;
 
     std::unique_ptr<Face> m_face;
+    std::optional<GlyphCode> m_blank;
     std::vector<std::optional<GlyphCode>> m_simple;     // by character, when they were asked for
     std::unordered_map<std::string, GlyphCode> m_codes; // by glyph and text
     std::vector<unsigned> m_glyphs;                     // by code, as all below

@@ -315,7 +315,86 @@ private:
             }
         }
         appendItems(items, text, pending, start + text.size(), fonts);
+        uniteLetters(items, text);
         return items;
+    }
+
+    /// Sets a letter and the marks on it in one font. Pango looks for a font for each character by
+    /// itself, and a mark that comes from another font than its letter is drawn beside it.
+    static void uniteLetters(Items& items, const std::string& text)
+    {
+        PangoItem* before = nullptr;
+        for (const auto& next : items) {
+            PangoItem& item = *next;
+            if (before != nullptr && before->analysis.level == item.analysis.level)
+                uniteLetter(*before, item, text);
+            if (item.length > 0) before = &item;
+        }
+        std::erase_if(items, [](const auto& item) { return item->length == 0; });
+    }
+
+    /// Where `item` starts with marks: gives those that the font of the item before it has, or has
+    /// together with the letter, to that item, or else fetches the letter from there.
+    static void uniteLetter(PangoItem& before, PangoItem& item, const std::string& text)
+    {
+        constexpr int mostMarks = 30; // as in the Stream-Safe Text Format of Unicode
+        const char* mark = text.data() + item.offset;
+        const char* const end = mark + item.length;
+        if (!isMark(mark)) return;
+        const char* letter = mark;
+        int count = 0;
+        do {
+            if (letter == text.data() + before.offset || count > mostMarks) return;
+            letter = ::g_utf8_prev_char(letter);
+            ++count;
+        } while (isMark(letter));
+        if (::g_unichar_isspace(::g_utf8_get_char(letter)) != FALSE) return;
+
+        while (mark < end && isMark(mark) &&
+               (hasGlyph(before, ::g_utf8_get_char(mark)) ||
+                hasGlyph(before, composed(letter, after(mark))))) {
+            const char* const next = after(mark);
+            moveBoundary(before, item, static_cast<int>(next - mark), 1);
+            mark = next;
+            ++count;
+        }
+        if (mark < end && isMark(mark) && hasGlyph(item, ::g_utf8_get_char(letter)) &&
+            hasGlyph(item, ::g_utf8_get_char(mark)))
+            moveBoundary(before, item, static_cast<int>(letter - mark), -count);
+    }
+
+    static bool isMark(const char* at)
+    {
+        return ::g_unichar_ismark(::g_utf8_get_char(at)) != FALSE;
+    }
+
+    /// The character that a letter and its marks are together; 0 when there is none.
+    static hb_codepoint_t composed(const char* letter, const char* end)
+    {
+        hb_codepoint_t whole = ::g_utf8_get_char(letter);
+        for (const char* mark = after(letter); mark < end; mark = after(mark))
+            if (::hb_unicode_compose(::hb_unicode_funcs_get_default(), whole,
+                                     ::g_utf8_get_char(mark), &whole) == 0)
+                return 0;
+        return whole;
+    }
+
+    static bool hasGlyph(const PangoItem& item, hb_codepoint_t character)
+    {
+        hb_codepoint_t glyph = 0;
+        return character != 0 && item.analysis.font != nullptr &&
+               ::hb_font_get_nominal_glyph(::pango_font_get_hb_font(item.analysis.font), character,
+                                           &glyph) != 0;
+    }
+
+    /// Moves the end of one item, and so the start of the next, on or back.
+    static void moveBoundary(PangoItem& before, PangoItem& item, int bytes, int characters)
+    {
+        before.length += bytes;
+        before.num_chars += characters;
+        item.offset += bytes;
+        item.length -= bytes;
+        item.num_chars -= characters;
     }
 
     /// Whether it saves time to treat so many characters by themselves.
@@ -347,12 +426,7 @@ private:
             const char* next = after(begin);
             appendItems(items, text, begin, next, fonts);
             PangoItem& item = *items.back();
-            hb_font_t* const font = item.analysis.font == nullptr
-                                        ? nullptr
-                                        : ::pango_font_get_hb_font(item.analysis.font);
-            hb_codepoint_t glyph = 0;
-            while (font != nullptr && next < end &&
-                   ::hb_font_get_nominal_glyph(font, ::g_utf8_get_char(next), &glyph) != 0) {
+            while (next < end && hasGlyph(item, ::g_utf8_get_char(next))) {
                 next = after(next);
                 ++item.num_chars;
             }
@@ -416,7 +490,7 @@ private:
             const bool isForward = iterator.start_glyph < iterator.end_glyph;
             const int first = isForward ? iterator.start_glyph : iterator.end_glyph + 1;
             const int end = isForward ? iterator.end_glyph : iterator.start_glyph + 1;
-            Cluster& added = shaped.clusters.emplace_back();
+            Cluster added;
             added.item = shaped.items.size() - 1;
             added.firstGlyph = before + position(first);
             added.endGlyph = before + position(end);
@@ -430,7 +504,29 @@ private:
                 added.before = Break::line;
             else if (attributes.is_char_break != 0)
                 added.before = Break::character;
+            if (attributes.is_cursor_position != 0 || !join(shaped.clusters, added))
+                shaped.clusters.push_back(added);
         }
+    }
+
+    /// Joins what belongs to the character before it, such as a vowel sign, with that character, so
+    /// that both are found as one text wherever the sign stands. False when nothing, or too much,
+    /// is there to join it with.
+    static bool join(std::vector<Cluster>& clusters, const Cluster& sign)
+    {
+        constexpr std::size_t longest = 255; // bytes; strings may have endless marks on one letter
+        if (clusters.empty()) return false;
+        Cluster& base = clusters.back();
+        if (base.item != sign.item || base.isBlank || sign.end - base.start > longest) return false;
+        if (base.endGlyph == sign.firstGlyph)
+            base.endGlyph = sign.endGlyph;
+        else if (base.firstGlyph == sign.endGlyph) // from right to left
+            base.firstGlyph = sign.firstGlyph;
+        else
+            return false;
+        base.end = sign.end;
+        base.width += sign.width;
+        return true;
     }
 
     /// How many clusters go on a line that has `width` for them, at least one. A word goes to the

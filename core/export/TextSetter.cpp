@@ -300,7 +300,10 @@ void TextSetter::place(Line& line, const ScriptCluster& cluster, std::string_vie
     EmbeddedFont& font = *m_fonts[index];
     const bool isKnown = m_fontFiles[index] == (cluster.font ? *cluster.font : FontFile{});
     const bool isShort = text.size() <= EmbeddedFont::longestText;
-    const bool isAlone = cluster.glyphs.size() == 1 && isShort;
+    const double end = cluster.x + cluster.width;
+    // A mark takes no room, but fonts have an advance for it.
+    const bool isMark = cluster.width == 0;
+    const bool isAlone = cluster.glyphs.size() == 1 && isShort && !isMark;
     for (const ScriptCluster::Glyph& glyph : cluster.glyphs) {
         const bool isFirst = &glyph == &cluster.glyphs.front();
         const unsigned number = isKnown ? glyph.glyph : 0;
@@ -323,6 +326,15 @@ void TextSetter::place(Line& line, const ScriptCluster& cluster, std::string_vie
                                    glyph.y + picture.bottom * line.size,
                                    picture.width * picture.pixel * line.size,
                                    picture.height * picture.pixel * line.size});
+        }
+    }
+    // Whoever searches the text takes the end of the last glyph for that of all, and behind a mark
+    // would find a gap, or the next letter on top of this one.
+    if (!isAlone && std::abs(line.runs.back().end - end) > unseen) {
+        if (const GlyphCode blank = font.blank(); blank != 0) {
+            line.runs.push_back({index, ink, end, 0, end, {}});
+            line.runs.back().continues = true;
+            appendCode(line.runs.back().codes, blank);
         }
     }
 }

@@ -107,6 +107,14 @@ Report scripts()
     return report;
 }
 
+/// Letters and marks apart, as some systems write the names of files.
+Report marks(const char* name)
+{
+    Report report;
+    report.rows.push_back(row(name));
+    return report;
+}
+
 /// More different ideographs than are drawn anew.
 Report ideographs()
 {
@@ -156,6 +164,8 @@ int main(int argc, char** argv)
     write(folder / "again.pdf", typical());
     write(folder / "pages.pdf", manyPages());
     write(folder / "scripts.pdf", scripts());
+    write(folder / "known-letters.pdf", marks("Gru\u0308\u00DFe E\u0301te\u0301"));
+    write(folder / "other-letters.pdf", marks("Xox\u030Cyx"));
     write(folder / "ideographs.pdf", ideographs());
     write(folder / "hostile.pdf", hostile());
     write(folder / "empty.pdf", {});

@@ -13,6 +13,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import unicodedata
 import unittest
 import xml.etree.ElementTree as ElementTree
 from pathlib import Path
@@ -353,6 +354,28 @@ class Report(unittest.TestCase):
                 self.assertIn(f"The headline of {name}.", found)
         for font in run("pdffonts", report).decode().splitlines()[2:]:
             self.assertIn(" yes yes yes ", font)
+
+    def test_a_letter_and_its_mark_are_drawn_as_the_letter_that_the_reports_face_has(self):
+        report = self.report("known-letters")
+        self.assertIn("Grüße Été [Unknown]", unicodedata.normalize("NFC", " ".join(lines(report))))
+        faces = {line.split()[0].split("+")[1] for line in
+                 run("pdffonts", report).decode().splitlines()[2:]}  # fmt: skip
+        self.assertEqual(faces, {"CourierPrime-Regular", "CourierPrime-Bold"})
+
+    def test_a_mark_that_the_reports_face_has_not_stands_on_its_letter(self):
+        report = self.report("other-letters")
+        name = "Xox\u030cyx"
+        self.assertIn(f"{name} [Unknown]", " ".join(lines(report)))
+        left, top, right, bottom = dict(words(report)[0])[name]
+        advance = (right - left) / 5
+        # Above the small letters there is nothing but the mark.
+        heights = (top, top + (bottom - top) * 0.25)
+        inked = [
+            len(colors(report, (left + at * advance, heights[0], left + (at + 1) * advance,
+                                heights[1]))) > 1
+            for at in range(1, 5)
+        ]  # fmt: skip
+        self.assertEqual(inked, [False, True, False, False])
 
     def test_many_ideographs_are_copied_drawn_and_found_as_text(self):
         report = self.report("ideographs")
