@@ -7,6 +7,7 @@
 #include "cli/CsvReport.h"
 #include "cli/ExitCode.h"
 #include "cli/Explanation.h"
+#include "cli/FileNames.h"
 #include "cli/Inputs.h"
 #include "cli/JsonLinesReport.h"
 #include "cli/JsonReport.h"
@@ -17,6 +18,7 @@
 #include "cli/RowSelection.h"
 #include "cli/Suggestion.h"
 #include "cli/TextReport.h"
+#include "files/DurableFile.h"
 #include "library/AbsolutePath.h"
 #include "notes/NotesFile.h"
 
@@ -24,6 +26,8 @@
 #include <exception>
 #include <filesystem>
 #include <functional>
+#include <iterator>
+#include <optional>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -48,6 +52,22 @@ Page page(const Options& options, const Environment& environment)
     return {};
 }
 
+/// Adds the names that stand in a file to those on the command line. What went wrong when they
+/// cannot be read.
+std::optional<InputError> takeNamesFromFile(Options& options, const Environment& environment,
+                                            Console& console)
+{
+    if (!options.filesFrom) return std::nullopt;
+    const char end = options.nullSeparated ? '\0' : '\n';
+    auto names = readFileNames(*options.filesFrom, end, environment.input);
+    if (const auto* error = std::get_if<FileError>(&names)) {
+        console.message(options.filesFrom->native() + ": " + error->reason);
+        return InputError{shownPath(absolutePath(*options.filesFrom)), error->reason};
+    }
+    std::ranges::move(std::get<std::vector<fs::path>>(names), std::back_inserter(options.inputs));
+    return std::nullopt;
+}
+
 /// A file that is there to be read and that the output would replace.
 std::optional<fs::path> overwrittenInput(const Options& options, const Environment& environment)
 {
@@ -61,6 +81,14 @@ std::optional<fs::path> overwrittenInput(const Options& options, const Environme
                fs::equivalent(input, *options.output, ignored);
     });
     return found == inputs.end() ? std::nullopt : std::optional(*found);
+}
+
+/// Whether the output is a link to a font or a PDF. Whoever writes follows links, so that these
+/// would be replaced although they are not named.
+bool leadsToAnInput(const Options& options)
+{
+    if (!options.output || *options.output == "/dev/stdout") return false;
+    return isNamedLikeAnInput(endOfLinks(*options.output), options.format);
 }
 
 ExitCode outputExitCode(const OutputError& error, Console& console)
@@ -96,6 +124,7 @@ struct Run {
     const Environment& environment;
     Console& console;
     Output& output;
+    const std::optional<InputError>& unreadNames; // the file that would name further inputs
 };
 
 /// Runs the command and hands what it finds to the report, each font as `makeRow` makes it.
@@ -115,6 +144,7 @@ Outcome fill(Report& report, std::function<typename Report::Row(AuditRow&&)> mak
     };
     outcome.errors =
         execute<Row>(run.options, run.environment, run.console, {std::move(makeRow), take});
+    if (run.unreadNames) outcome.errors.insert(outcome.errors.begin(), *run.unreadNames);
     run.console.eraseProgress();
     return outcome;
 }
@@ -284,16 +314,21 @@ Outcome writeResults(const Run& run)
     return {};
 }
 
-ExitCode runCommand(const Options& options, const Environment& environment, Console& console)
+ExitCode runCommand(Options options, const Environment& environment, Console& console)
 {
+    const auto unreadNames = takeNamesFromFile(options, environment, console);
     if (const auto input = overwrittenInput(options, environment))
         return wrongUse("--output would replace the input \"" + input->native() + "\".", console);
+    if (leadsToAnInput(options))
+        return wrongUse("--output \"" + options.output->native() +
+                            "\" is a link to a font or a PDF, which are never written.",
+                        console);
 
     Output output(options.output, environment.output);
     if (output.error()) return outputExitCode(*output.error(), console);
     if (options.format == Format::pdf && output.isTerminal())
         return wrongUse("a PDF is nothing for a terminal; name a file with --output.", console);
-    const Outcome outcome = writeResults({options, environment, console, output});
+    const Outcome outcome = writeResults({options, environment, console, output, unreadNames});
     if (outcome.hasReport) output.finish();
 
     if (output.error()) return outputExitCode(*output.error(), console);

@@ -1,6 +1,5 @@
 #include "cli/Commands.h"
 
-#include "cli/FileNames.h"
 #include "cli/FontNames.h"
 #include "cli/Inputs.h"
 #include "cli/RowSelection.h"
@@ -58,7 +57,6 @@ private:
         return judged(auditRow(std::move(facts)));
     }
     void put(std::vector<Judged>&& found, List& list) const;
-    const std::vector<fs::path>& inputs();
     std::optional<List> scanned(const fs::path& input);
     std::optional<List> named(const fs::path& input);
     const std::vector<FontFacts>& installedFonts();
@@ -75,7 +73,6 @@ private:
     const Receiver<Row>& m_receiver;
     RowSelection m_selection;
     std::unique_ptr<Collator> m_order;
-    std::optional<std::vector<fs::path>> m_inputs;
     std::optional<std::vector<FontFacts>> m_installed;
     std::vector<InputError> m_errors;
     fs::path m_licenseFolder; // the folder that m_licenses are from
@@ -118,24 +115,6 @@ void Run<Row>::put(std::vector<Judged>&& found, List& list) const
         list.rows.push_back(std::move(*font.row));
 }
 
-/// Those on the command line and those that are named in a file.
-template <typename Row>
-const std::vector<fs::path>& Run<Row>::inputs()
-{
-    if (m_inputs) return *m_inputs;
-    m_inputs = m_options.inputs;
-    if (m_options.filesFrom) {
-        const char end = m_options.nullSeparated ? '\0' : '\n';
-        auto names = readFileNames(*m_options.filesFrom, end, m_environment.input);
-        if (const auto* error = std::get_if<FileError>(&names))
-            report(*m_options.filesFrom, error->reason);
-        else
-            std::ranges::move(std::get<std::vector<fs::path>>(names),
-                              std::back_inserter(*m_inputs));
-    }
-    return *m_inputs;
-}
-
 /// Reads the installed fonts into `sink`.
 template <typename Row>
 std::vector<FontLibrary::FontPlace> Run<Row>::readInstalledFonts(FontLibrary::FontSink& sink)
@@ -176,7 +155,7 @@ void Run<Row>::installed()
 template <typename Row>
 void Run<Row>::scan()
 {
-    for (const fs::path& input : inputs()) {
+    for (const fs::path& input : m_options.inputs) {
         std::optional<List> list = scanned(input);
         if (list && !m_receiver.take(*std::move(list))) return;
     }
@@ -240,9 +219,9 @@ void Run<Row>::check()
         }
         return index->lookup(name, m_environment.fonts);
     };
-    const std::size_t count = inputs().size();
+    const std::size_t count = m_options.inputs.size();
     for (std::size_t i = 0; i < count; ++i) {
-        const fs::path path = absolutePath(inputs()[i]);
+        const fs::path path = absolutePath(m_options.inputs[i]);
         activity = "Checking " + shownName(path) + "…";
         if (count > 1) activity += ' ' + std::to_string(i + 1) + " of " + std::to_string(count);
         m_console.showProgress(activity);
@@ -254,7 +233,7 @@ void Run<Row>::check()
 template <typename Row>
 void Run<Row>::show()
 {
-    for (const fs::path& input : inputs()) {
+    for (const fs::path& input : m_options.inputs) {
         // A name is a file's if there is one, and cannot be a font's when it leads into a folder.
         std::error_code ignored;
         const bool isFile = input.has_parent_path() || fs::exists(input, ignored);

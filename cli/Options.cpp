@@ -2,6 +2,7 @@
 
 #include "cli/Help.h"
 #include "cli/Suggestion.h"
+#include "text/Utf8.h"
 
 #include <CLI/CLI.hpp>
 
@@ -31,6 +32,14 @@ constexpr auto suffixes = std::to_array<Suffix>({
 /// What is read: results in files of these kinds would replace what was to be judged.
 constexpr auto inputExtensions = std::to_array<std::string_view>(
     {".dfont", ".otc", ".otf", ".pdf", ".pfa", ".pfb", ".ttc", ".ttf", ".woff", ".woff2"});
+
+/// In lower case, as the tables above have it.
+std::string extension(const fs::path& file)
+{
+    std::string text = file.extension().native();
+    std::ranges::transform(text, text.begin(), Utf8::asciiLower);
+    return text;
+}
 
 std::string inQuotes(std::string_view text)
 {
@@ -251,27 +260,20 @@ std::vector<Verdict> verdictList(const std::string& given)
     }
 }
 
-void requireSafeOutput(const fs::path& output, std::string_view extension, Format format)
+void requireSafeOutput(const fs::path& output, Format format)
 {
-    if (format == Format::pdf && extension == ".pdf") return;
-    if (std::ranges::find(inputExtensions, extension) != inputExtensions.end())
-        throw WrongUse{"--output " + inQuotes(output.native()) +
-                       " has the name of a font or a PDF, which are never written" +
-                       (extension == ".pdf" ? ", but for a report with --format pdf." : ".")};
+    if (!isNamedLikeAnInput(output, format)) return;
+    throw WrongUse{"--output " + inQuotes(output.native()) +
+                   " has the name of a font or a PDF, which are never written" +
+                   (extension(output) == ".pdf" ? ", but for a report with --format pdf." : ".")};
 }
 
 void takeFormatAndOutput(Options& options, const Arguments& arguments)
 {
     const std::string* output = arguments.value(OptionID::output);
-    std::string extension;
     if (output != nullptr) {
         if (output->empty()) throw WrongUse{"--output needs a value."};
-        extension = fs::path(*output).extension().native();
-        std::ranges::transform(extension, extension.begin(), [](char character) {
-            return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                        : character;
-        });
-        const auto found = std::ranges::find(suffixes, extension, &Suffix::suffix);
+        const auto found = std::ranges::find(suffixes, extension(*output), &Suffix::suffix);
         if (found != suffixes.end()) options.format = found->format;
     }
     if (const std::string* format = arguments.value(OptionID::format))
@@ -280,7 +282,7 @@ void takeFormatAndOutput(Options& options, const Arguments& arguments)
         options.format != Format::json)
         throw WrongUse{"notes come as text or json only."};
     if (output != nullptr) {
-        requireSafeOutput(*output, extension, options.format);
+        requireSafeOutput(*output, options.format);
         if (*output != "-") options.output = *output;
     }
 }
@@ -355,6 +357,13 @@ Information help(const std::vector<std::string>& words)
 }
 
 } // namespace
+
+bool isNamedLikeAnInput(const fs::path& file, Format format)
+{
+    const std::string ending = extension(file);
+    if (format == Format::pdf && ending == ".pdf") return false;
+    return std::ranges::find(inputExtensions, ending) != inputExtensions.end();
+}
 
 bool Options::printsNotes() const
 {

@@ -25,7 +25,8 @@ enum class Shell { bash, zsh, fish };
 
 struct Options {
     Command command{};
-    /// As given: folders and font files, PDFs, names of fonts, or keys of notes.
+    /// As given: folders and font files, PDFs, names of fonts, or keys of notes. Those in
+    /// `filesFrom` are added when that file is read.
     std::vector<std::filesystem::path> inputs;
     std::optional<std::filesystem::path> filesFrom; // a file with the names of more inputs
     bool nullSeparated{};                           // how the names in it end
@@ -64,6 +65,10 @@ struct WrongUse {
     std::string usage{}; // one line
     bool operator==(const WrongUse&) const = default;
 };
+
+/// Whether a file has the name of a font or a PDF, which are read and never written; but a report
+/// as PDF may go into a file that is named so.
+[[nodiscard]] bool isNamedLikeAnInput(const std::filesystem::path& file, Format format);
 
 /// Options may stand before, between and after the other arguments; what follows "--" is no option.
 /// Of an option given twice the last one counts, but every --fonts does.

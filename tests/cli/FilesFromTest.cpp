@@ -15,6 +15,7 @@ namespace quillmark::test {
 namespace {
 
 using testing::HasSubstr;
+using testing::Optional;
 using testing::StartsWith;
 
 class FilesFrom : public CommandLineFixture {};
@@ -95,6 +96,17 @@ TEST_F(FilesFrom, AreNeverReplacedByTheOutput)
 {
     folder.write("list.txt", "x\n");
     EXPECT_EQ(run({"scan", "--files-from", at("list.txt"), "-o", at("list.txt")}).exitCode, 2);
+}
+
+TEST_F(FilesFrom, TheFilesThatAreNamedAreNeverReplacedByTheOutput)
+{
+    addFile("font.bin", {likelyOKFont()});
+    folder.write("list", at("font.bin") + "\n");
+    const Outcome outcome = run({"scan", "--files-from", at("list"), "-o", at("font.bin")});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.errors,
+              "quillmark-cli: --output would replace the input \"FOLDER/font.bin\".\n");
+    EXPECT_THAT(content("font.bin"), Optional(std::string("stands for a font")));
 }
 
 TEST_F(FilesFrom, AnEndlessListIsRefused)

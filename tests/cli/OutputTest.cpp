@@ -219,6 +219,39 @@ TEST_F(OutputFile, NeverReplacesAnInput)
     EXPECT_THAT(content("font.bin"), Optional(text));
 }
 
+TEST_F(OutputFile, NeverReplacesAFontOrAPDFThatALinkLeadsTo)
+{
+    for (const char* name : {"font.ttf", "FONT.OTF", "font.woff2", "book.pdf"})
+        folder.write(name, "old");
+    struct Case {
+        std::string link;
+        std::string target;
+    };
+    for (const auto& [link, target] :
+         {Case{"a.json", "font.ttf"}, Case{"b", "FONT.OTF"}, Case{"c.pdf", "font.woff2"},
+          Case{"d.csv", "book.pdf"}, Case{"e", "a.json"}, Case{"f.txt", "not yet.ttc"}}) {
+        SCOPED_TRACE(link);
+        std::filesystem::create_symlink(target, at(link));
+        const Outcome outcome = run({"installed", "-o", at(link)});
+        EXPECT_EQ(outcome.exitCode, 2);
+        EXPECT_EQ(outcome.errors,
+                  "quillmark-cli: --output \"FOLDER/" + link +
+                      "\" is a link to a font or a PDF, which are never written.\n");
+    }
+    for (const char* name : {"font.ttf", "FONT.OTF", "font.woff2", "book.pdf"})
+        EXPECT_THAT(content(name), Optional(std::string("old")));
+    EXPECT_FALSE(std::filesystem::exists(at("not yet.ttc")));
+}
+
+TEST_F(OutputFile, ThatIsALinkToAReportAsPDFIsReplacedByAnother)
+{
+    folder.write("report.pdf", "old");
+    std::filesystem::create_symlink("report.pdf", at("latest"));
+    EXPECT_EQ(run({"installed", "-f", "pdf", "-o", at("latest")}).exitCode, 0);
+    EXPECT_THAT(content("report.pdf"), Optional(StartsWith("%PDF-")));
+    EXPECT_TRUE(std::filesystem::is_symlink(at("latest")));
+}
+
 TEST_F(OutputFile, StaysAsItWasAfterAnInternalError)
 {
     const ListingFontService broken([] { throw std::runtime_error("the list is \x1b[1mbroken"); });
