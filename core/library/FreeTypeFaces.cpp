@@ -1,6 +1,7 @@
 #include "library/FreeTypeFaces.h"
 
 #include "fontfile/NameTable.h"
+#include "library/FreeTypeMemory.h"
 #include "library/Inflate.h"
 #include "library/Limits.h"
 #include "library/SfntTags.h"
@@ -20,6 +21,7 @@
 #include FT_FREETYPE_H
 #include FT_BDF_H
 #include FT_FONT_FORMATS_H
+#include FT_MODULE_H
 #include FT_TRUETYPE_TABLES_H
 #include FT_TYPE1_TABLES_H
 
@@ -31,11 +33,15 @@ class Library {
 public:
     Library()
     {
-        if (::FT_Init_FreeType(&m_library) != 0) m_library = nullptr;
+        if (::FT_New_Library(m_memory.get(), &m_library) != 0) {
+            m_library = nullptr;
+            return;
+        }
+        ::FT_Add_Default_Modules(m_library);
     }
     ~Library()
     {
-        if (m_library != nullptr) ::FT_Done_FreeType(m_library);
+        if (m_library != nullptr) ::FT_Done_Library(m_library);
     }
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
@@ -44,6 +50,7 @@ public:
     [[nodiscard]] FT_Library get() const { return m_library; }
 
 private:
+    FreeTypeMemory m_memory{Limits::freeTypeMemoryBytes};
     FT_Library m_library{};
 };
 

@@ -28,6 +28,10 @@ inline constexpr std::uint64_t freeTypeFileBytes = std::uint64_t{64} << 20U;
 /// resource fork with thousands of faces, for each of which everything is read again.
 inline constexpr std::uint64_t freeTypeReadBytes = std::uint64_t{256} << 20U;
 
+/// Memory that FreeType may have at a time. It keeps Type 1 and bitmap fonts whole, and copies the
+/// face that it is asked for out of a resource fork.
+inline constexpr std::size_t freeTypeMemoryBytes = std::size_t{192} << 20U;
+
 /// Named instances of one file. Real variable fonts have up to some hundreds.
 inline constexpr std::size_t instances = 65536;
 

@@ -59,7 +59,11 @@ THIRD_PARTY = {
     ),
     "FreeType": (
         r"ft2build\.h|freetype/.*",
-        ["core/library/FreeTypeFaces.cpp", "core/export/EmbeddedFont.cpp"],
+        [
+            "core/library/FreeTypeFaces.cpp",
+            "core/library/FreeTypeMemory.h",
+            "core/export/EmbeddedFont.cpp",
+        ],
     ),
     "Pango": (r"pango/.*", ["core/export/PangoModule.cpp"]),
     "zlib": (r"zlib\.h", ["core/library/Inflate.cpp", "core/pdf/Inflater.cpp"]),

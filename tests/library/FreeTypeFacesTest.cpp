@@ -174,6 +174,14 @@ TEST(FreeTypeFaces, ATruncatedFontDoesNoHarm)
                         SizeIs(Le(1U)));
 }
 
+TEST(FreeTypeFaces, ASegmentThatIsSaidToHaveGigabytesIsNoFont)
+{
+    Bytes font = test::type1Font();
+    ASSERT_THAT(read(font), SizeIs(1));
+    font.at(5) = std::byte{0xBB}; // the highest byte of the first segment's length
+    EXPECT_THAT(read(font), IsEmpty());
+}
+
 TEST(FreeTypeFaces, FreeTypeReadsABoundedAmount)
 {
     // A suitcase with 2,000 references to one font of a mebibyte, which is read for each of them.
