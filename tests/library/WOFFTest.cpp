@@ -78,7 +78,7 @@ TEST(WOFF, UnknownFlavorsAndTooManyTablesAreNoFace)
 TEST(WOFF, ADirectoryThatIsCutIsNoFace)
 {
     const Bytes font = woff(trueTypeVersion, tables()).build();
-    for (const std::size_t size : {4U, 43U, 44U, 63U, 64U, 44U + 3U * 20U - 1U})
+    for (const std::size_t size : {4U, 8U, 13U, 14U, 43U, 44U, 63U, 64U, 44U + 3U * 20U - 1U})
         EXPECT_THAT(read(Bytes(font.begin(), font.begin() + static_cast<long>(size))), IsEmpty())
             << size;
     EXPECT_THAT(read(Bytes(font.begin(), font.begin() + 44 + 3 * 20)),

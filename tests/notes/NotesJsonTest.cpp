@@ -441,6 +441,7 @@ TEST(NotesJson, ThatClosesMoreThanItOpensIsRefused)
     // What is closed too often makes no room for deeper nesting.
     EXPECT_EQ(damage(std::string(1000, ']') + nested(Limits::notesFileDepth + 1)),
               "its values are nested too deeply");
+    EXPECT_EQ(damage("{}" + nested(Limits::notesFileDepth)), "it is not JSON");
 }
 
 TEST(NotesJson, OfTooManyValuesIsRefused)
