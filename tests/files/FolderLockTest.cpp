@@ -46,6 +46,17 @@ TEST(FolderLock, OfSomebodyElseIsNotWaitedForForEver)
     EXPECT_EQ(std::get<FileError>(refused), (FileError{EWOULDBLOCK, "It is in use"}));
 }
 
+TEST(FolderLock, OfSomebodyElseIsWaitedFor)
+{
+    const TemporaryFolder folder;
+    const WatchedCalls watched(1, EWOULDBLOCK, WatchedCalls::Lasting::once);
+    const auto locked = lockFolder(folder.path(), 1h);
+    ASSERT_TRUE(std::holds_alternative<FileDescriptor>(locked));
+    EXPECT_TRUE(std::get<FileDescriptor>(locked).isOpen());
+    ASSERT_EQ(WatchedCalls::made().size(), 3U);
+    EXPECT_TRUE(WatchedCalls::made()[1].failed);
+}
+
 TEST(FolderLock, IsTriedAgainWhenItIsInterrupted)
 {
     const TemporaryFolder folder;
