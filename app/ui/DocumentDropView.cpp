@@ -16,6 +16,7 @@
 #include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QStringList>
 #include <QVBoxLayout>
@@ -140,11 +141,25 @@ DocumentDropView::DocumentDropView(AppModel& model, QWidget* parent)
     content->setLayout(column);
     content->setMaximumWidth(textWidth);
 
-    auto* const inside = new QHBoxLayout(m_area);
+    auto* const middle = new QWidget;
+    auto* const centred = new QHBoxLayout(middle);
+    centred->setContentsMargins(0, 0, 0, 0);
+    centred->addStretch(1);
+    centred->addWidget(content, 1'000);
+    centred->addStretch(1);
+    // In a low window the texts would be cut, or keep it from being made low.
+    auto* const scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(middle);
+    // What lies under it is the area, with its tint.
+    for (QWidget* const ground : {scroll->viewport(), middle})
+        ground->setAutoFillBackground(false);
+    auto* const inside = new QVBoxLayout(m_area);
     inside->setContentsMargins(areaPadding, areaPadding, areaPadding, areaPadding);
-    inside->addStretch(1);
-    inside->addWidget(content, 1'000);
-    inside->addStretch(1);
+    inside->addWidget(scroll);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(pageMargin, pageMargin, pageMargin, pageMargin);
     layout->addWidget(m_area);

@@ -3,6 +3,7 @@
 #include "app/model/ModelFixture.h"
 #include "assessment/Classifier.h"
 #include "model/QtText.h"
+#include "ui/DisclaimerBox.h"
 #include "ui/DroppedFiles.h"
 
 #include <QAccessible>
@@ -111,6 +112,26 @@ TEST_F(DocumentDrops, StandThirtyPointsFromTheEdges)
 {
     const auto* const area = view.findChild<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
     EXPECT_EQ(area->geometry(), view.rect().adjusted(30, 30, -30, -30));
+}
+
+TEST_F(DocumentDrops, NoTextIsCutInALowWindow)
+{
+    window.resize(700, 300);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.height(), 300);
+    for (const auto* const label : view.findChildren<QLabel*>()) {
+        if (!label->isVisible() || !label->wordWrap()) continue;
+        EXPECT_GE(label->height(), label->heightForWidth(label->width()))
+            << qPrintable(label->text());
+    }
+    // The rest can be scrolled to.
+    const auto* const last = view.findChild<DisclaimerBox*>();
+    const auto isInSight = [&] { return !last->visibleRegion().isEmpty(); };
+    EXPECT_FALSE(isInSight());
+    choose->setFocus();
+    QTest::keyClick(choose, Qt::Key_PageDown);
+    QTest::keyClick(choose, Qt::Key_PageDown);
+    EXPECT_TRUE(isInSight());
 }
 
 TEST_F(DocumentDrops, TheButtonAsksForPDFs)
