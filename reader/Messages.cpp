@@ -331,7 +331,9 @@ Progress DocumentAnswer::addFont(std::string_view bytes)
     if (program >= allCases<EmbeddedProgram>.size()) return Progress::broken;
     font.program = static_cast<EmbeddedProgram>(program);
     font.subset = fields.u8() != 0;
-    font.pages = readPages(fields, PDF::Limits::fontPages - m_pages);
+    // Behind the limit each font still has its first page.
+    const std::size_t left = PDF::Limits::fontPages - std::min(PDF::Limits::fontPages, m_pages);
+    font.pages = readPages(fields, std::max<std::size_t>(left, 1));
     m_pages += font.pages.size();
     if (fields.u8() != 0) font.embedded = readFacts(fields);
     m_document.fonts.push_back(std::move(font));

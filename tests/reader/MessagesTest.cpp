@@ -8,6 +8,7 @@
 #include <limits>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace quillmark::reader {
@@ -209,6 +210,22 @@ TEST(Messages, PagesThatNoDocumentHasBreakTheAnswer)
     EXPECT_EQ(result(Runs{{1, huge}}), Progress::broken);
     EXPECT_EQ(result(Runs{{1, 16'000'001}}), Progress::broken); // together more than are kept
     EXPECT_EQ(result(Runs{{1, 9'000'000}, {2, 9'000'000}}), Progress::broken);
+}
+
+TEST(Messages, FontsBehindTheLimitOfPagesHaveOnePageEach)
+{
+    DocumentAnswer answer;
+    EXPECT_EQ(add(answer, withRuns({{1, 15'999'999}})), Progress::goesOn);
+    for (int font = 0; font < 3; ++font)
+        EXPECT_EQ(add(answer, withRuns({{7, 1}})), Progress::goesOn);
+    std::string end;
+    writeEnd(end, 20'000'000);
+    ASSERT_EQ(add(answer, end), Progress::ended);
+    const auto reading = answer.take();
+    EXPECT_EQ(std::get<DocumentFonts>(reading).fonts.back().pages, std::vector<int>{7});
+
+    EXPECT_EQ(add(answer, withRuns({{1, 16'000'000}})), Progress::goesOn);
+    EXPECT_EQ(add(answer, withRuns({{7, 2}})), Progress::broken);
 }
 
 TEST(Messages, EndlessFacesBreakTheAnswer)
