@@ -297,6 +297,16 @@ void FontTable::changeEvent(QEvent* event)
     }
 }
 
+void FontTable::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    QTableView::currentChanged(current, previous);
+    // The whole row shows the focus, and Qt draws only the cell anew.
+    for (const QModelIndex& index : {current, previous}) {
+        const QRect cell = visualRect(index);
+        viewport()->update(0, cell.top(), viewport()->width(), cell.height());
+    }
+}
+
 int FontTable::sizeHintForRow(int) const
 {
     return CellDelegate::rowHeight();

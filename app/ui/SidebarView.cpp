@@ -157,7 +157,8 @@ void SidebarView::followTree()
 {
     if (m_sources->isUpdating()) return;
     const QModelIndexList selected = m_tree->selectionModel()->selectedIndexes();
-    if (selected.isEmpty()) return;
+    // A click with Ctrl takes the selection away, but something is always shown.
+    if (selected.isEmpty()) return followModel();
     if (auto item = m_sources->itemAt(selected.front())) m_model.setSelection(std::move(item));
 }
 

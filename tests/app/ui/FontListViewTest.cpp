@@ -21,6 +21,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPaintEvent>
+#include <QRegion>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
@@ -566,6 +568,31 @@ TEST_F(FontList, ASelectedRowShowsThatTheTableHasTheKeyboard)
     const QImage with = row();
     table().clearFocus();
     EXPECT_NE(with, row());
+}
+
+/// What a widget has drawn anew.
+class PaintedRegion final : public QObject {
+public:
+    explicit PaintedRegion(QWidget& widget) { widget.installEventFilter(this); }
+    QRegion region;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint) region += static_cast<QPaintEvent*>(event)->region();
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+TEST_F(FontList, TheRowThatTheKeyboardLeavesIsDrawnAnew)
+{
+    view.focusTable();
+    table().selectionModel()->setCurrentIndex(model().index(0, 0), QItemSelectionModel::NoUpdate);
+    QTest::qWait(50);
+    PaintedRegion painted(*table().viewport());
+    QTest::keyClick(&table(), Qt::Key_Down);
+    const QRect end = table().visualRect(model().index(0, model().columnCount() - 1));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return painted.region.contains(end.center()); }));
 }
 
 TEST_F(FontList, VerdictsAreSpokenInFullAndTheTableHasAName)

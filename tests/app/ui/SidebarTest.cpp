@@ -305,6 +305,14 @@ TEST_F(Sidebar, AClickBesideTheRowsKeepsTheSelection)
     EXPECT_EQ(selected(), "Installed on This Mac");
 }
 
+TEST_F(Sidebar, AClickWithCtrlKeepsTheSelection)
+{
+    const QRect row = tree().visualRect(tree().currentIndex());
+    QTest::mouseClick(tree().viewport(), Qt::LeftButton, Qt::ControlModifier, row.center());
+    EXPECT_EQ(model->selection(), SidebarItem::installed());
+    EXPECT_EQ(selected(), "Installed on This Mac");
+}
+
 TEST_F(Sidebar, RemovingTheSelectedFolderShowsTheInstalledFonts)
 {
     const auto zebra = addScannedFolder("Zebra", {unknownFont()});
