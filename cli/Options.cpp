@@ -2,6 +2,7 @@
 
 #include "cli/Help.h"
 #include "cli/Suggestion.h"
+#include "text/Encoding.h"
 #include "text/Utf8.h"
 
 #include <CLI/CLI.hpp>
@@ -325,7 +326,8 @@ Options checked(const Arguments& arguments)
         options.verdicts = verdictList(*verdicts);
     if (const std::string* source = arguments.value(OptionID::source))
         options.source = chosen<Source>(entry(OptionID::source).name, *source);
-    if (const std::string* search = arguments.value(OptionID::search)) options.search = *search;
+    if (const std::string* search = arguments.value(OptionID::search))
+        options.search = repairedUtf8(*search);
     if (const std::string* sort = arguments.value(OptionID::sort))
         options.sort = chosen<SortKey>(entry(OptionID::sort).name, *sort);
     if (const std::string* color = arguments.value(OptionID::color))

@@ -34,7 +34,7 @@ struct Options {
     bool matchInstalled{true};                      // check: whether to match to installed fonts
     std::vector<Verdict> verdicts;                  // of the fonts that are shown; none: all
     Source source{Source::all};
-    std::string search;          // as typed; empty: none
+    std::string search;          // as typed, but always UTF-8; empty: none
     std::optional<SortKey> sort; // absent: the order of the report
     Format format{Format::text};
     std::optional<std::filesystem::path> output; // absent for standard output

@@ -76,6 +76,16 @@ TEST_F(Filter, OfASearchLooksThroughNamesAndMakersInAnyCase)
     EXPECT_THAT(names({"--search", ""}), testing::SizeIs(4));
 }
 
+TEST_F(Filter, OfASearchForWhatIsNoTextFindsNothing)
+{
+    // The byte that separates the names while they are searched.
+    EXPECT_THAT(names({"--search", "\xFF"}), IsEmpty());
+    EXPECT_THAT(names({"--search", "\xFF"
+                                   "acmeheadline"}),
+                IsEmpty());
+    EXPECT_THAT(names({"--search", "acme\xE9"}), IsEmpty());
+}
+
 TEST_F(Filter, SortsByWhatIsAskedFor)
 {
     EXPECT_THAT(names({"--sort", "verdict"}),
