@@ -52,7 +52,7 @@ MainWindow::MainWindow(AppModel& model, UserPlaces places, QWidget* parent)
     : QMainWindow(parent), m_model(model), m_places(std::move(places)),
       m_settings(WindowSettings::load(m_places.settingsFile)),
       m_commands(new Commands(model, this)), m_search(new SearchField),
-      m_splitter(new QSplitter(Qt::Horizontal)), m_sidebar(new SidebarView(model)),
+      m_splitter(new QSplitter), m_sidebar(new SidebarView(model)),
       m_pages(new QStackedWidget),
       m_nothing(new EmptyState(u"textformat"_s, u"Nothing selected"_s)),
       m_reading(new ProgressPanel(u"Reading every installed font…"_s)),
@@ -172,8 +172,7 @@ void MainWindow::createPanes()
     m_sidebar->setMaximumWidth(SidebarView::maximumColumnWidth);
     m_detail->setMinimumWidth(300);
     m_detail->setMaximumWidth(520);
-    m_splitter->setChildrenCollapsible(false);
-    m_splitter->setHandleWidth(1); // a line; Qt lets it be grabbed beside it
+    setUpSplitter();
     m_splitter->addWidget(m_sidebar);
     m_splitter->addWidget(m_pages);
     m_splitter->addWidget(m_detail);
@@ -185,6 +184,14 @@ void MainWindow::createPanes()
     m_splitter->setStretchFactor(1, 1);
     m_splitter->setStretchFactor(2, 0);
     setCentralWidget(m_splitter);
+}
+
+void MainWindow::setUpSplitter()
+{
+    m_splitter->setOrientation(Qt::Horizontal);
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->setOpaqueResize(true);
+    m_splitter->setHandleWidth(1); // a line; Qt lets it be grabbed beside it
 }
 
 void MainWindow::connectModel()
@@ -284,8 +291,8 @@ void MainWindow::restore()
                           defaultSize.width() - SidebarView::idealColumnWidth - inspectorWidth,
                           inspectorWidth});
     m_splitter->restoreState(m_settings.splitter);
-    // What the file holds about handles and collapsing is not for it to say.
-    m_splitter->setChildrenCollapsible(false);
+    // All but the widths is not for the file to say, and a damaged one could say anything.
+    setUpSplitter();
     m_list->restoreColumns(m_settings.listColumns);
     m_commands->showDetails->setChecked(m_settings.showsDetails);
     m_commands->showSidebar->setChecked(m_settings.showsSidebar);

@@ -47,6 +47,7 @@ private:
     void createMenus();
     void createToolBar();
     void createPanes();
+    void setUpSplitter();
     void connectModel();
     void connectPanes();
     void restore();

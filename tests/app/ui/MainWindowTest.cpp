@@ -15,6 +15,7 @@
 #include "ui/SidebarView.h"
 #include "ui/StatusLine.h"
 #include "ui/TextLabel.h"
+#include "ui/WindowSettings.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -379,6 +380,23 @@ TEST_F(MainWindowTest, ComesBackAsItWasLeft)
     EXPECT_FALSE(the<SidebarView>().isVisible());
     EXPECT_FALSE(the<FontDetailView>().isVisible());
     EXPECT_FALSE(command(u"Details"_s)->isChecked());
+}
+
+TEST_F(MainWindowTest, ADamagedMemoryLeavesItsPartsBesideEachOther)
+{
+    const QByteArray whole = the<QSplitter>().saveState();
+    for (qsizetype length = 0; length < whole.size(); ++length) {
+        window.reset();
+        WindowSettings{.splitter = whole.left(length)}.save(places.settingsFile);
+        open();
+        const auto& splitter = the<QSplitter>();
+        EXPECT_EQ(splitter.orientation(), Qt::Horizontal) << length;
+        EXPECT_EQ(splitter.handleWidth(), 1) << length;
+        EXPECT_TRUE(splitter.opaqueResize()) << length;
+        EXPECT_FALSE(splitter.childrenCollapsible()) << length;
+        EXPECT_EQ(splitter.sizes().size(), 3) << length;
+        EXPECT_GE(splitter.sizes().at(0), SidebarView::minimumColumnWidth) << length;
+    }
 }
 
 TEST_F(MainWindowTest, HelpIsASheetThatCanBeOpenedAgain)
