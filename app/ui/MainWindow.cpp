@@ -51,9 +51,8 @@ constexpr int headingMargin = 12;
 MainWindow::MainWindow(AppModel& model, UserPlaces places, QWidget* parent)
     : QMainWindow(parent), m_model(model), m_places(std::move(places)),
       m_settings(WindowSettings::load(m_places.settingsFile)),
-      m_commands(new Commands(model, this)), m_search(new SearchField),
-      m_splitter(new QSplitter), m_sidebar(new SidebarView(model)),
-      m_pages(new QStackedWidget),
+      m_commands(new Commands(model, this)), m_search(new SearchField), m_splitter(new QSplitter),
+      m_sidebar(new SidebarView(model)), m_pages(new QStackedWidget),
       m_nothing(new EmptyState(u"textformat"_s, u"Nothing selected"_s)),
       m_reading(new ProgressPanel(u"Reading every installed font…"_s)),
       m_dropPage(new DocumentDropView(model)), m_list(new FontListView), m_heading(new ListHeading),
