@@ -105,6 +105,7 @@ private:
     void enter(const PDF::Dictionary& resources, std::optional<std::size_t> container);
     std::size_t recordFonts(const PDF::Dictionary& fonts);
     std::optional<std::size_t> fontIndex(const PDF::Dictionary& font);
+    void addName(Found& font, std::string name);
 
     std::pair<std::size_t, bool> placeOf(Identity identity, Role role);
     void within(std::size_t place, std::optional<std::size_t> container);
@@ -125,6 +126,7 @@ private:
     std::unordered_map<std::string, std::size_t> m_merged;
     std::unordered_map<Identity, std::optional<std::size_t>> m_fontIndex;
 
+    std::size_t m_namesLeft{Limits::fontNames};
     std::size_t m_runs{}; // gathered so far, against Limits::fontPages
 };
 
@@ -264,12 +266,21 @@ std::optional<std::size_t> Walk::fontIndex(const PDF::Dictionary& font)
         m_fontPlaces.emplace_back();
     }
     auto& found = m_fonts[index];
-    found.pdfNames.insert(std::move(description.rawName));
+    addName(found, std::move(description.rawName));
     found.subset = found.subset || subset;
     // Only the first readable program counts, so later ones are not even decoded.
     if (!found.data && description.file) found.data = description.file->data();
     known->second = index;
     return index;
+}
+
+/// Adds a name that the document has for a font. Without one there would be nothing to show.
+void Walk::addName(Found& font, std::string name)
+{
+    constexpr std::size_t costOfName = 32;
+    const std::size_t cost = name.size() + costOfName;
+    if (cost > m_namesLeft && !font.pdfNames.empty()) return;
+    if (font.pdfNames.insert(std::move(name)).second) m_namesLeft -= std::min(m_namesLeft, cost);
 }
 
 /// Adds to the places of a role the pages of the containers they were reached through, which must

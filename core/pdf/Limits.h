@@ -37,6 +37,10 @@ constexpr std::uint64_t parsedBytes(std::uint64_t fileSize)
 /// Bytes of a name that a font has or is told by. PDF 1.7 allowed 127; rows hold a name some times.
 inline constexpr std::size_t nameBytes = 1024;
 
+/// Bytes of all names that a document has for its fonts, with 32 for each: some 300,000, which
+/// differ in their subset prefixes. Over it, a font keeps the names met first, and always one.
+inline constexpr std::size_t fontNames = 16 * mebibyte;
+
 /// XObjects in dictionaries that are being gone through at one time, because forms in them lead to
 /// further ones.
 inline constexpr std::size_t pendingObjects = 250'000;

@@ -227,6 +227,39 @@ TEST(HostileDocument, FontsWithAllTheirPagesShareABudget)
     EXPECT_EQ(numbers, Limits::fontPages + 200);
 }
 
+/// A dictionary of fonts of one name, each with a subset prefix of its own.
+std::string manySubsets(int first, int count, const std::string& name)
+{
+    std::string fonts;
+    for (int i = first; i < first + count; ++i) {
+        std::string prefix;
+        for (int rest = i; prefix.size() < 6; rest /= 26)
+            prefix += static_cast<char>('A' + rest % 26);
+        fonts += "/F" + std::to_string(i) + "<</BaseFont/" + prefix + "+" + name + ">>";
+    }
+    return "<</Font<<" + fonts + ">>>>";
+}
+
+TEST(HostileDocument, NamesOfAFontsSubsetsShareABudget)
+{
+    // The names are as long as names may be.
+    const std::string longest(Limits::nameBytes - 7, 'x');
+    constexpr std::size_t fitting = Limits::fontNames / (Limits::nameBytes + 32);
+    constexpr int perPage = 6'000;
+    ASSERT_LT(fitting, 3U * perPage);
+    const auto scan = scanned(pages({
+        "/Resources" + manySubsets(0, perPage, longest),
+        "/Resources" + manySubsets(perPage, perPage, longest),
+        "/Resources" + manySubsets(2 * perPage, perPage, longest),
+        "/Resources" + manySubsets(0, 2, std::string(longest.size(), 'y')),
+    }));
+    ASSERT_EQ(scan.fonts.size(), 2U);
+    EXPECT_EQ(scan.fonts[0].pdfNames.size(), fitting);
+    EXPECT_EQ(scan.fonts[0].pages.size(), 3U);
+    EXPECT_EQ(scan.fonts[1].pdfNames.size(), 1U) << "the one that is met first";
+    EXPECT_TRUE(scan.fonts[1].subset);
+}
+
 TEST(HostileDocument, PagesAreGatheredFromAnnotationsOnlySoOften)
 {
     // Every other page of 20,000 has the same annotations, each with states of its own that lead to
