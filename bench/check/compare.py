@@ -1,6 +1,7 @@
 """Times document checks against peers and prints ratios beside their targets. Run by ../check.sh."""
 
 import argparse
+import functools
 import sys
 import tempfile
 from collections.abc import Callable
@@ -10,7 +11,7 @@ import parts
 from big import Objects, Resources, write
 from documents import package, real_documents
 from figures import heading, print_costs, print_figure, print_ratio
-from processes import Cost, Program, compare, median, peak_memory, run
+from processes import Cost, Program, ProgramFailed, compare, median, peak_memory, run
 
 QUILLMARK = "quillmark-cli"
 INSTALLED = "with installed fonts"
@@ -136,11 +137,24 @@ class Bench:
         """The package that a real document is from, and its name."""
         return f"{document.name} of {package(document)}"
 
+    @functools.cache
     def _real(self) -> list[Path]:
+        """Those that all programs can read: what one gives up on costs it nothing."""
         documents = real_documents(self._folder)
-        if self._sample is None or self._sample >= len(documents):
-            return documents
-        return [documents[i * len(documents) // self._sample] for i in range(self._sample)]
+        if self._sample is not None and self._sample < len(documents):
+            count = len(documents)
+            documents = [documents[i * count // self._sample] for i in range(self._sample)]
+        return [document for document in documents if self._can_be_compared(document)]
+
+    def _can_be_compared(self, document: Path) -> bool:
+        run(self.check(document))
+        for peer in self.peers(document):
+            try:
+                run(peer)
+            except ProgramFailed:
+                print(f"{self._title(document)} is left out: {peer.title} fails")
+                return False
+        return True
 
     def _big(self, pages: int, fonts: int, resources: Resources, objects: Objects) -> Path:
         name = f"{pages}-{fonts}-{resources.name}-{objects.name}.pdf".lower()

@@ -52,9 +52,13 @@ def run(program: Program) -> Cost:
     return Cost(usage.ru_utime + usage.ru_stime, wall)
 
 
+class ProgramFailed(SystemExit):
+    """Ends this program, with a message, where nobody expects it."""
+
+
 def check(program: Program, exit_code: int) -> None:
     if exit_code not in program.accepted:
-        raise SystemExit(f"{program.title} failed: {program.command}")
+        raise ProgramFailed(f"{program.title} failed: {program.command}")
 
 
 def compare(programs: list[Program], rounds: int) -> dict[str, list[Cost]]:
