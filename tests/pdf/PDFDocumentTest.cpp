@@ -301,7 +301,8 @@ INSTANTIATE_TEST_SUITE_P(PDFDocument, ProgramsThatAreNoPlainBytes,
                                          "/Filter/JBIG2Decode", "/Filter/CCITTFaxDecode",
                                          "/Filter/NoSuchDecode", "/Filter[/FlateDecode/DCTDecode]",
                                          "/Filter[/DCTDecode/ASCIIHexDecode]", "/Filter(x)",
-                                         "/Filter[1]", "/Filter<<>>", "/Filter/FlateDecode",
+                                         "/Filter[1]", "/Filter[99 0 R]", "/Filter<<>>",
+                                         "/Filter/FlateDecode",
                                          "/Filter/FlateDecode/DecodeParms<</Predictor 99>>"));
 
 TEST(PDFDocument, DamagedFlateGivesWhatComesBeforeTheDamage)
@@ -505,6 +506,19 @@ TEST(PDFDocument, SingleWrongOffsetIsFoundByLookingThroughTheFile)
     EXPECT_EQ(lines(scanned(bytes)), fooWithProgram);
 }
 
+TEST(PDFDocument, ObjectsThatNoSearchFindsHideNoOther)
+{
+    // More than are searched for, in front of one that is there.
+    std::string fonts;
+    for (int i = 0; i < 2 * Limits::repairs; ++i)
+        fonts += "/F" + std::to_string(i) + " " + std::to_string(10 + i) + " 0 R";
+    auto pdf = onePage("<</Font<<" + fonts + "/G 9 0 R>>>>");
+    pdf.object(9, "<</BaseFont/Foo>>");
+    for (int i = 0; i < 2 * Limits::repairs; ++i)
+        pdf.object(10 + i, "");
+    EXPECT_EQ(namesAndPages(scanned(pdf)), "Foo [1]");
+}
+
 TEST(PDFDocument, LastOfSeveralObjectsWithOneNumberCountsAfterASearch)
 {
     auto pdf = withProgram("", program);
@@ -675,6 +689,11 @@ TEST(PDFDocument, FiltersOfAnObjectStreamMayStandInArrays)
     auto other = withPageInStream();
     other.objectStreamAsWritten(5, "/N 1/First 4/Filter[/ASCIIHexDecode 6 0 R]", packed, {3});
     EXPECT_EQ(scanned(other).pageCount, 0);
+    auto fewer = withPageInStream();
+    fewer.objectStreamAsWritten(
+        5, "/N 1/First 4/Filter[/ASCIIHexDecode/FlateDecode]/DecodeParms[null]",
+        test::asciiHex(test::deflated(ascii(pageInStream))), {3});
+    EXPECT_EQ(namesAndPages(scanned(fewer)), "Foo [1]");
 }
 
 TEST(PDFDocument, LengthOfAnObjectStreamMayBeAnObjectOfItsOwn)
@@ -683,6 +702,9 @@ TEST(PDFDocument, LengthOfAnObjectStreamMayBeAnObjectOfItsOwn)
     pdf.streamAsWritten(5, "/N 1/First 4/Length 6 0 R", pageInStream).claimInStream(3, 5);
     // Without it, the end is searched for.
     EXPECT_EQ(namesAndPages(scanned(pdf)), "Foo [1]");
+    auto wrong = pdf;
+    wrong.object(6, "3");
+    EXPECT_EQ(namesAndPages(scanned(wrong)), "Foo [1]");
     pdf.object(6, std::to_string(pageInStream.size()));
     EXPECT_EQ(namesAndPages(scanned(pdf)), "Foo [1]");
 }
