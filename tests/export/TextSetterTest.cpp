@@ -232,6 +232,19 @@ TEST_F(Setter, ALetterAndItsMarksStayTogether)
         EXPECT_EQ(count % 2, 0U);
 }
 
+TEST_F(Setter, ALetterAndASignBehindItTakeTheRoomOfBoth)
+{
+    const auto end = [this](const std::string& text) {
+        Paragraph linked = paragraph(text);
+        linked.link = TextLink{0, text.size(), {}};
+        return m_setter.lines(linked).front().link.value_or(Extent{}).right;
+    };
+    const std::string letter = "\u0915"; // Devanagari, as the sign is
+    const std::string sign = "\u093E";
+    EXPECT_GT(end(letter + sign), end(letter) + 1);
+    EXPECT_NEAR(end(letter + sign + letter), end(letter + sign) + end(letter), 0.01);
+}
+
 TEST_F(Setter, ALongTextHasNoShortLineWhereItsLayoutWasCut)
 {
     std::string word;
