@@ -159,11 +159,7 @@ public:
         load(offsetof(seccomp_data, nr));
     }
 
-    void allow(std::uint32_t call)
-    {
-        add({BPF_JMP | BPF_JEQ | BPF_K, 0, 1, call});
-        end(SECCOMP_RET_ALLOW);
-    }
+    void allow(std::uint32_t call) { m_allowed.push_back(call); }
     /// Allows `call` if the lower half of an argument is `value` in the bits of `mask`.
     void allowIf(std::uint32_t call, unsigned argument, std::uint32_t mask, std::uint32_t value)
     {
@@ -178,7 +174,14 @@ public:
     }
     [[nodiscard]] bool apply()
     {
+        // One answer for all: the kernel translates the program each time that a process starts, and
+        // tries it with every number that there is.
+        for (std::size_t left = m_allowed.size(); const std::uint32_t call : m_allowed) {
+            add({BPF_JMP | BPF_JEQ | BPF_K, static_cast<std::uint8_t>(left), 0, call});
+            --left;
+        }
         end(denied);
+        end(SECCOMP_RET_ALLOW);
         const sock_fprog program{static_cast<unsigned short>(m_code.size()), m_code.data()};
         return ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program, 0, 0) == 0;
     }
@@ -190,6 +193,7 @@ private:
     void load(std::uint32_t offset) { add({BPF_LD | BPF_W | BPF_ABS, 0, 0, offset}); }
     void end(std::uint32_t action) { add({BPF_RET | BPF_K, 0, 0, action}); }
     std::vector<sock_filter> m_code;
+    std::vector<std::uint32_t> m_allowed; // fewer than 256, as far as such a jump can go
 };
 
 /// Whether a filter can be had, in this build and of this kernel.
