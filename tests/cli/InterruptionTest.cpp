@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <csignal>
 #include <unistd.h>
 
@@ -15,6 +16,18 @@ using testing::Optional;
 
 class Interruption : public CommandLineFixture {
 protected:
+    /// Some are ignored in what a shell starts in the background.
+    Interruption()
+    {
+        for (Handled& handled : m_handled)
+            handled.before = std::signal(handled.signal, SIG_DFL);
+    }
+    ~Interruption() override
+    {
+        for (const Handled& handled : m_handled)
+            static_cast<void>(std::signal(handled.signal, handled.before));
+    }
+
     /// Runs in the process that a death test makes.
     void runInterrupted(int signal)
     {
@@ -24,6 +37,13 @@ protected:
         cli::Interruption::install();
         _exit(runTo(STDOUT_FILENO, STDERR_FILENO, {"installed", "-o", at("report.txt")}));
     }
+
+private:
+    struct Handled {
+        int signal;
+        void (*before)(int);
+    };
+    std::array<Handled, 3> m_handled{{{SIGINT, nullptr}, {SIGTERM, nullptr}, {SIGHUP, nullptr}}};
 };
 
 TEST_F(Interruption, ByCtrlCErasesTheProgressAndExitsWith130)
