@@ -241,7 +241,10 @@ void MainWindow::followList()
 void MainWindow::followSelectedRow()
 {
     const std::optional<AuditRow> row = m_list->selectedRow();
+    const bool hadKeyboard = m_detail->isAncestorOf(focusWidget());
     m_detail->setRow(row ? &*row : nullptr);
+    // The pane without a font would have it next, and could not show it.
+    if (!row && hadKeyboard) m_sidebar->focusTree();
 }
 
 void MainWindow::followPage()

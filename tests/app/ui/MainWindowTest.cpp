@@ -28,6 +28,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QRegion>
 #include <QSignalSpy>
@@ -202,6 +203,16 @@ TEST_F(MainWindowTest, ItsColumnsKeepToTheirWidths)
 TEST_F(MainWindowTest, TheKeyboardBeginsInTheSidebar)
 {
     EXPECT_TRUE(QTest::qWaitFor([this] { return the<QTreeView>().hasFocus(); }));
+}
+
+TEST_F(MainWindowTest, TheKeyboardGoesFromDetailsThatAreGoneToTheSidebar)
+{
+    showFolder();
+    the<FontTable>().selectRow(0);
+    the<QPlainTextEdit>().setFocus();
+    ASSERT_TRUE(the<QPlainTextEdit>().hasFocus());
+    model->setSelection(SidebarItem::installed()); // as when a check has ended meanwhile
+    EXPECT_TRUE(the<QTreeView>().hasFocus());
 }
 
 TEST_F(MainWindowTest, WhileNoFontIsKnownYetItSaysThatTheyAreBeingRead)
