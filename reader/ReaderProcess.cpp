@@ -24,6 +24,10 @@ namespace {
 /// A page of memory.
 constexpr std::size_t sharedBytes = 4096;
 
+/// How long one reading of answers waits, in microseconds: by so much the whole wait may be longer
+/// than was asked for.
+constexpr timeval oneWait{.tv_sec = 0, .tv_usec = 100'000};
+
 /// Above those that the process is to have, so that each can be put in its place.
 FileDescriptor movedUp(FileDescriptor descriptor)
 {
@@ -96,6 +100,8 @@ ReaderProcess::ReaderProcess(const std::filesystem::path& program)
         fail(program, errno);
     m_channel = FileDescriptor(ends[0]);
     const FileDescriptor channel = movedUp(FileDescriptor(ends[1]));
+    if (::setsockopt(m_channel.get(), SOL_SOCKET, SO_RCVTIMEO, &oneWait, sizeof oneWait) != 0)
+        fail(program, errno);
     const FileDescriptor shared = movedUp(sharedMemory());
     if (!channel.isOpen() || !shared.isOpen()) fail(program, errno);
     void* memory =
@@ -171,7 +177,11 @@ ReaderProcess::Event ReaderProcess::wait(Time until)
     for (;;) {
         send();
         const std::span<char> room = m_answers.room();
-        const ssize_t count = ::recv(m_channel.get(), room.data(), room.size(), MSG_DONTWAIT);
+        // With nothing left to send the reading itself waits, which takes fewer calls than to ask
+        // first whether there is something to read.
+        const bool isSent = m_questions.empty();
+        const ssize_t count =
+            ::recv(m_channel.get(), room.data(), room.size(), isSent ? 0 : MSG_DONTWAIT);
         if (count > 0) {
             m_answers.filled(static_cast<std::size_t>(count));
             return Event::answered;
@@ -182,8 +192,8 @@ ReaderProcess::Event ReaderProcess::wait(Time until)
 
         const auto left = ceil<milliseconds>(until - steady_clock::now()).count();
         if (left <= 0) return Event::silent;
-        const short events = m_questions.empty() ? POLLIN : static_cast<short>(POLLIN | POLLOUT);
-        pollfd channel{m_channel.get(), events, 0};
+        if (isSent) continue;
+        pollfd channel{m_channel.get(), POLLIN | POLLOUT, 0};
         constexpr std::int64_t longest = 1'000'000; // what an int holds
         ::poll(&channel, 1, static_cast<int>(std::min<std::int64_t>(left, longest)));
     }

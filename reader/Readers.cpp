@@ -137,6 +137,7 @@ private:
 
     void takeAnswers()
     {
+        bool isOneComplete = false;
         while (const auto frame = m_process->answers().next()) {
             if (m_asked.empty()) { // it says more than it was asked
                 m_process.reset();
@@ -150,7 +151,7 @@ private:
                 m_asked.pop_front();
                 m_process->countAnswer();
                 m_barrenStarts = 0;
-                m_answeredLast = Clock::now();
+                isOneComplete = true;
                 askMore();
                 break;
             case Progress::broken:
@@ -158,6 +159,8 @@ private:
                 return;
             }
         }
+        // Once for all of them, for they are thousands.
+        if (isOneComplete) m_answeredLast = Clock::now();
         if (!m_asked.empty() && m_process->answers().isBroken())
             startAgain(lostQuestion().value_or(0));
     }

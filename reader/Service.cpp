@@ -13,6 +13,8 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <ctime>
+#include <memory>
 
 #include <poll.h>
 #include <sys/mman.h>
@@ -24,6 +26,16 @@ namespace quillmark::reader {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+/// The same clock as it was at the system's last tick, some milliseconds ago at most: that can be
+/// asked for each of thousands of files.
+Clock::time_point lastTick()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_MONOTONIC_COARSE, &time);
+    return Clock::time_point(std::chrono::seconds(time.tv_sec) +
+                             std::chrono::nanoseconds(time.tv_nsec));
+}
 
 /// Answers of that many bytes are worth a system call,
 constexpr std::size_t sentAtOnce = std::size_t{32} << 10U;
@@ -43,7 +55,7 @@ public:
     /// Sends the answers if there are enough of them; false when nobody takes them any more.
     [[nodiscard]] bool sendIfDue()
     {
-        const Clock::time_point now = Clock::now();
+        const Clock::time_point now = lastTick();
         if (m_answers.size() < sentAtOnce && now - m_sentLast < heldBack) return true;
         m_sentLast = now;
         return send();
@@ -58,7 +70,7 @@ public:
 private:
     int m_channel;
     std::string m_answers;
-    Clock::time_point m_sentLast{Clock::now()};
+    Clock::time_point m_sentLast{lastTick()};
 };
 
 void answer(const Frame& frame, const FileReading& reading, std::string& into)
@@ -146,7 +158,10 @@ void watchStarter()
 FileReading ordinaryReading()
 {
     return {
-        .faces = [](const std::string& path, Faces which) { return FontFile::faces(path, which); },
+        .faces =
+            [folder = std::make_shared<LastFolder>()](const std::string& path, Faces which) {
+                return FontFile::faces(path, folder->locate(path), which);
+            },
         .installedFiles = installedFiles,
         .document = [](const std::filesystem::path& path) { return PDFFontScanner::read(path); },
     };

@@ -1,7 +1,6 @@
 #include "library/FontFile.h"
 
 #include "library/FreeTypeFaces.h"
-#include "library/RegularFile.h"
 #include "library/SFNTFile.h"
 #include "library/WOFF.h"
 #include "library/WOFF2.h"
@@ -19,7 +18,12 @@ std::vector<PlatformFont> faces(const ByteSource& file, Faces which)
 
 std::vector<PlatformFont> faces(const std::string& path, Faces which)
 {
-    const auto file = RegularFile::open(path);
+    return faces(path, Location(path), which);
+}
+
+std::vector<PlatformFont> faces(const std::string& path, const Location& location, Faces which)
+{
+    const auto file = RegularFile::open(location);
     if (!file) return {};
     std::vector<PlatformFont> found = faces(*file, which);
     for (PlatformFont& face : found)

@@ -3,6 +3,7 @@
 
 #include "library/ByteSource.h"
 #include "library/FontService.h"
+#include "library/RegularFile.h"
 
 #include <string>
 #include <vector>
@@ -15,5 +16,8 @@ namespace quillmark::FontFile {
 
 /// The faces of the regular file at `path`, which they carry; none when it cannot be read.
 [[nodiscard]] std::vector<PlatformFont> faces(const std::string& path, Faces which);
+/// The same where it is known how the file is found best.
+[[nodiscard]] std::vector<PlatformFont> faces(const std::string& path, const Location& location,
+                                              Faces which);
 
 } // namespace quillmark::FontFile

@@ -31,9 +31,27 @@ int Location::folder() const
     return m_from >= 0 ? m_from : AT_FDCWD;
 }
 
-std::optional<RegularFile> RegularFile::open(const std::string& path)
+Location LastFolder::locate(const std::string& path)
 {
-    const Location location(path);
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos || slash == 0) return Location(path);
+    const std::string_view folder = std::string_view(path).substr(0, slash);
+    if (folder != m_path) {
+        m_path = folder;
+        m_folder = {};
+        return Location(path);
+    }
+    if (!m_folder.isOpen()) {
+        const Location location(m_path);
+        m_folder = FileDescriptor(
+            ::openat(location.folder(), location.name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        if (!m_folder.isOpen()) return Location(path);
+    }
+    return {m_folder.get(), path.substr(slash + 1)};
+}
+
+std::optional<RegularFile> RegularFile::open(const Location& location)
+{
     // Whoever lists files knows already what they are. If a pipe or a device has taken a file's
     // place since then, it is opened without waiting for anything, and left again at once.
     FileDescriptor descriptor(

@@ -31,11 +31,28 @@ private:
     std::string m_name;
 };
 
+/// Locates files one after the other. Lists of files go through one folder after the other, and to
+/// find a file by its whole path takes the system as long as to read from it: so a folder that
+/// comes twice in a row stays open until another one comes.
+class LastFolder {
+public:
+    /// Where the file at `path` is; to be used before the next one is asked for.
+    [[nodiscard]] Location locate(const std::string& path);
+
+private:
+    std::string m_path;
+    FileDescriptor m_folder; // none before it is asked for again
+};
+
 class RegularFile final : public ByteSource {
 public:
     /// Absent when there is no such file, when it may not be read, or when it is anything but a
     /// regular file or a link to one.
-    [[nodiscard]] static std::optional<RegularFile> open(const std::string& path);
+    [[nodiscard]] static std::optional<RegularFile> open(const Location& location);
+    [[nodiscard]] static std::optional<RegularFile> open(const std::string& path)
+    {
+        return open(Location(path));
+    }
 
     /// The size when it was opened, in bytes.
     [[nodiscard]] std::uint64_t size() const override { return m_size; }

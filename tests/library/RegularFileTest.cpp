@@ -8,7 +8,9 @@
 
 #include <array>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -147,6 +149,74 @@ TEST(RegularFile, OpensAPathLongerThanTheSystemTakes)
     EXPECT_FALSE(RegularFile::open(path + "/none.ttf"));
     EXPECT_FALSE(RegularFile::open(path));
     EXPECT_FALSE(RegularFile::open(path + "/missing" + path + "/font.ttf"));
+}
+
+/// What the file at `path` holds, as it is located; absent when it does not open.
+std::optional<std::string> located(LastFolder& last, const std::filesystem::path& path)
+{
+    const auto file = RegularFile::open(last.locate(path.string()));
+    return file ? std::optional(textAt(*file, 0, 1)) : std::nullopt;
+}
+
+TEST(LastFolder, LocatesFilesInWhateverOrder)
+{
+    const TemporaryFolder folder;
+    for (const char* name : {"a/1", "a/2", "a/b/3", "a/b/4", "c/1"}) {
+        std::filesystem::create_directories((folder.path() / name).parent_path());
+        folder.write(name, std::string(1, std::string_view(name).back()));
+    }
+    LastFolder last;
+    for (const char* name : {"a/1", "a/2", "a/1", "a/b/3", "a/b/4", "a/2", "c/1", "a/1", "a/2"})
+        EXPECT_EQ(located(last, folder.path() / name),
+                  std::string_view(name).substr(std::string_view(name).size() - 1))
+            << name;
+}
+
+TEST(LastFolder, LocatesNothingThatIsNotThere)
+{
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder.path() / "a");
+    folder.write("a/1", "1");
+    LastFolder last;
+    EXPECT_EQ(located(last, folder.path() / "none/1"), std::nullopt);
+    EXPECT_EQ(located(last, folder.path() / "none/2"), std::nullopt);
+    EXPECT_EQ(located(last, folder.path() / "a/1"), "1");
+    EXPECT_EQ(located(last, folder.path() / "a/2"), std::nullopt);
+    EXPECT_EQ(located(last, folder.path() / "a/"), std::nullopt);
+    EXPECT_EQ(located(last, folder.path() / "a/1"), "1");
+}
+
+TEST(LastFolder, LocatesFilesWithoutAFolder)
+{
+    const TemporaryFolder folder;
+    folder.write("1", "1");
+    std::filesystem::current_path(folder.path());
+    LastFolder last;
+    EXPECT_EQ(located(last, "1"), "1");
+    EXPECT_EQ(located(last, "./1"), "1");
+    EXPECT_EQ(located(last, "./1"), "1");
+    EXPECT_EQ(located(last, "1"), "1");
+    EXPECT_EQ(located(last, "/1"), std::nullopt);
+    EXPECT_EQ(located(last, "/1"), std::nullopt);
+    std::filesystem::current_path("/");
+}
+
+TEST(LastFolder, KeepsAFolderOpenOnlyUntilAnotherOneComes)
+{
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder.path() / "a");
+    folder.write("a/1", "1");
+    LastFolder last;
+    EXPECT_EQ(located(last, folder.path() / "a/1"), "1");
+    EXPECT_EQ(located(last, folder.path() / "a/1"), "1");
+    // Another folder that has taken the place of the open one is found after the next one.
+    std::filesystem::rename(folder.path() / "a", folder.path() / "b");
+    std::filesystem::create_directory(folder.path() / "a");
+    folder.write("a/1", "2");
+    EXPECT_EQ(located(last, folder.path() / "a/1"), "1");
+    EXPECT_EQ(located(last, folder.path() / "b/1"), "1");
+    EXPECT_EQ(located(last, folder.path() / "a/1"), "2");
+    EXPECT_EQ(located(last, folder.path() / "a/1"), "2");
 }
 
 TEST(RegularFile, DoesNotOpenANameLongerThanAnyCanBe)
