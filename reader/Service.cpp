@@ -42,9 +42,12 @@ constexpr std::size_t sentAtOnce = std::size_t{32} << 10U;
 /// and so are older ones, so that whoever waits knows that files are still being read.
 constexpr std::chrono::milliseconds heldBack{50};
 
-/// Free memory that is kept for the next files, in bytes. Ordinary ones take less, so that nothing
-/// is cleared again for them.
-constexpr std::size_t spareMemory = std::size_t{4} << 20U;
+/// Free memory that is kept for the next files, in bytes, and when none of them comes soon. Ordinary
+/// ones take less, so that nothing is cleared again for them; and mostly the process ends before it
+/// has given anything back.
+constexpr std::size_t spareMemory = std::size_t{64} << 20U;
+constexpr std::size_t idleMemory = std::size_t{4} << 20U;
+constexpr std::chrono::milliseconds soon{20};
 
 /// Answers on their way.
 class Sender {
@@ -110,24 +113,35 @@ void answer(const Frame& frame, const FileReading& reading, std::string& into)
     }
 }
 
-/// Waits for questions; false when none come.
-bool receive(int channel, FrameBuffer& questions)
+/// Waits so long for something to read, or for the other side to end; false when nothing comes.
+bool waitFor(int channel, std::chrono::milliseconds time)
 {
     using std::chrono::milliseconds;
-    const Clock::time_point end = Clock::now() + Limits::idle;
+    const Clock::time_point end = Clock::now() + time;
     for (;;) {
         pollfd waiting{channel, POLLIN, 0};
         const auto left = std::chrono::ceil<milliseconds>(end - Clock::now()).count();
         const int ready = left > 0 ? ::poll(&waiting, 1, static_cast<int>(left)) : 0;
         if (ready < 0 && errno == EINTR) continue;
-        if (ready <= 0) return false;
-        const std::span<char> room = questions.room();
-        const ssize_t count = ::read(channel, room.data(), room.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return false;
-        questions.filled(static_cast<std::size_t>(count));
-        return true;
+        return ready > 0;
     }
+}
+
+/// Waits for questions; false when none come.
+bool receive(int channel, FrameBuffer& questions)
+{
+    if (!waitFor(channel, soon)) {
+        returnMemory(idleMemory);
+        if (!waitFor(channel, Limits::idle)) return false;
+    }
+    const std::span<char> room = questions.room();
+    ssize_t count = 0;
+    do
+        count = ::read(channel, room.data(), room.size());
+    while (count < 0 && errno == EINTR);
+    if (count <= 0) return false;
+    questions.filled(static_cast<std::size_t>(count));
+    return true;
 }
 
 /// A process that hangs over a file does not see that nobody waits for it any more, so it looks now

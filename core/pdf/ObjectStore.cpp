@@ -22,8 +22,47 @@ Node root(ParsedObjectRef object, const Reference& owner)
 
 } // namespace
 
+std::optional<ParsedObjectRef> KnownObjects::find(const Reference& reference) const
+{
+    if (hasRun(reference)) {
+        const auto& run = m_runs[reference.number / runSize];
+        return run ? (*run)[reference.number % runSize] : std::nullopt;
+    }
+    const auto other = m_others.find(keyOf(reference));
+    return other == m_others.end() ? std::nullopt : std::optional(other->second);
+}
+
+void KnownObjects::add(const Reference& reference, ParsedObjectRef object)
+{
+    if (!hasRun(reference)) {
+        m_others.emplace(keyOf(reference), std::move(object));
+        return;
+    }
+    auto& run = m_runs[reference.number / runSize];
+    if (!run) run = std::make_unique<Run>();
+    (*run)[reference.number % runSize] = std::move(object);
+}
+
+void KnownObjects::clear()
+{
+    for (auto& run : m_runs)
+        run.reset();
+    m_others.clear();
+}
+
+void KnownObjects::forgetUnreadable()
+{
+    for (auto& run : m_runs) {
+        if (!run) continue;
+        for (auto& object : *run)
+            if (object && !*object) object.reset();
+    }
+    std::erase_if(m_others, [](const auto& known) { return !known.second; });
+}
+
 ObjectStore::ObjectStore(std::unique_ptr<QPDFFile> file)
-    : m_file(std::move(file)), m_parsingLeft(Limits::parsedBytes(m_file->bytes().size())),
+    : m_file(std::move(file)), m_objects(m_file->objectCount()),
+      m_parsingLeft(Limits::parsedBytes(m_file->bytes().size())),
       m_objectStreams{Limits::objectStreams(m_file->bytes().size())}, m_programs{
                                                                           Limits::programBytes}
 {
@@ -86,8 +125,7 @@ void ObjectStore::charge(const ParsedObjectRef& object)
 template <ObjectStore::Where where>
 ParsedObjectRef ObjectStore::object(const Reference& reference)
 {
-    const auto known = m_objects.find(keyOf(reference));
-    if (known != m_objects.end()) return known->second;
+    if (auto known = m_objects.find(reference)) return *std::move(known);
     const auto location = m_file->find(reference);
     if (!location) return nullptr;
     ParsedObjectRef object;
@@ -103,7 +141,7 @@ ParsedObjectRef ObjectStore::object(const Reference& reference)
         m_objects.clear();
         m_objectBytes = bytes;
     }
-    m_objects.emplace(keyOf(reference), object);
+    m_objects.add(reference, object);
     return object;
 }
 
@@ -119,7 +157,7 @@ ParsedObjectRef ObjectStore::readFromFile(const Reference& reference, std::uint6
     if (auto object = read(offset)) return object;
     if (m_file->repair(reference)) {
         // What was unreadable before may be found now.
-        std::erase_if(m_objects, [](const auto& known) { return !known.second; });
+        m_objects.forgetUnreadable();
     }
     const auto location = m_file->find(reference);
     if (!location || location->kind != Location::Kind::inFile || location->value == offset)
@@ -149,7 +187,7 @@ bool ObjectStore::mayHaveKey(const Node& node, std::string_view key)
     // An object that does not show its lack of the key within this much is read anyway.
     const auto looked = static_cast<std::size_t>(std::min<std::uint64_t>(2048, m_parsingLeft));
     const auto reference = node.object ? node.value->reference() : std::nullopt;
-    if (!reference || m_objects.contains(keyOf(*reference))) return true;
+    if (!reference || m_objects.find(*reference)) return true;
     const auto location = m_file->find(*reference);
     if (!location) return false;
     const auto look = [&](const ObjectText& text, const Reference& expected) {

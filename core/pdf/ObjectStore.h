@@ -8,6 +8,7 @@
 #include "pdf/QPDFFile.h"
 #include "pdf/StreamFilters.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -32,6 +33,33 @@ struct Node {
     {
         return object && object->isStream() && value == &object->root();
     }
+};
+
+/// Objects that were read, or found to be unreadable. What is near to each other in the document,
+/// which mostly goes by its numbers, is so in memory too.
+class KnownObjects {
+public:
+    /// `count`: of the objects that the document has, most often numbered from 1 on.
+    explicit KnownObjects(std::size_t count) : m_runs(count / runSize + 1) {}
+
+    /// Absent when it is not known; null when it is known to be unreadable.
+    [[nodiscard]] std::optional<ParsedObjectRef> find(const Reference& reference) const;
+    /// Adds an object that is not known, or that is null for being unreadable.
+    void add(const Reference& reference, ParsedObjectRef object);
+    void clear();
+    void forgetUnreadable();
+
+private:
+    static constexpr std::size_t runSize = 128;
+    using Run = std::array<std::optional<ParsedObjectRef>, runSize>;
+
+    [[nodiscard]] bool hasRun(const Reference& reference) const
+    {
+        return reference.generation == 0 && reference.number / runSize < m_runs.size();
+    }
+
+    std::vector<std::unique_ptr<Run>> m_runs; // by number, of generation 0; made when needed
+    std::unordered_map<std::uint64_t, ParsedObjectRef> m_others;
 };
 
 class ObjectStore {
@@ -96,7 +124,7 @@ private:
 
     std::unique_ptr<QPDFFile> m_file;
     ObjectParser m_parser;
-    std::unordered_map<std::uint64_t, ParsedObjectRef> m_objects; // null: unreadable
+    KnownObjects m_objects;
     std::size_t m_objectBytes{};
     std::unordered_map<std::uint64_t, std::shared_ptr<Members>> m_members;
     std::size_t m_memberBytes{};

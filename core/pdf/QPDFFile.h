@@ -49,6 +49,9 @@ public:
     [[nodiscard]] Reference root() const { return m_root; }
     [[nodiscard]] const std::string& rootText() const { return m_rootText; }
 
+    /// How many objects the document has.
+    [[nodiscard]] std::size_t objectCount() const { return m_table.size(); }
+
     /// Absent when there is no such object.
     [[nodiscard]] std::optional<Location> find(const Reference& reference) const;
 

@@ -22,6 +22,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <variant>
 #include <vector>
 
@@ -81,6 +82,13 @@ std::size_t memoryOf(pid_t process, std::string_view figure)
     for (std::string line; std::getline(status, line);)
         if (line.starts_with(figure)) return std::stoul(line.substr(figure.size() + 1));
     return 0;
+}
+
+/// What a process that has been asked nothing for a moment has of its own, in KiB.
+std::size_t idleMemoryOf(pid_t process)
+{
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    return memoryOf(process, "RssAnon:");
 }
 
 void write(const std::filesystem::path& path, const test::Bytes& bytes)
@@ -215,9 +223,9 @@ bool staysSmall(const std::filesystem::path& program,
                 return false;
             }
         }
-        if (i == count / 5) fifth = memoryOf(process.number(), "RssAnon:");
+        if (i == count / 5) fifth = idleMemoryOf(process.number());
     }
-    const std::size_t end = memoryOf(process.number(), "RssAnon:");
+    const std::size_t end = idleMemoryOf(process.number());
     std::printf("%llu fonts and as many documents in one process: something was read of %llu; %zu "
                 "KiB after the first fifth, %zu KiB at the end\n",
                 static_cast<unsigned long long>(count), static_cast<unsigned long long>(readable),

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace quillmark::PDF {
 namespace {
@@ -49,6 +50,51 @@ TEST_F(Store, FollowsReferencesInDictionariesAndArrays)
     EXPECT_EQ(m_store.get(kept, 2).object, nullptr);
     EXPECT_EQ(m_store.get(page, 0).object, nullptr);
     EXPECT_EQ(m_store.get(kept, "Kept").object, nullptr);
+}
+
+ParsedObjectRef someObject()
+{
+    return std::make_shared<const ParsedObject>();
+}
+
+/// An object in the middle of those that the document has, one of another generation, and numbers
+/// at and beyond the end.
+const std::vector<Reference> everywhere{{7, 0}, {7, 1}, {300, 0}, {301, 0}, {0xFFFFFFFF, 0}};
+
+TEST(KnownObjects, AreFoundByNumberAndGeneration)
+{
+    KnownObjects known(300);
+    std::vector<ParsedObjectRef> objects;
+    for (const Reference& reference : everywhere) {
+        EXPECT_FALSE(known.find(reference)) << reference.number;
+        objects.push_back(someObject());
+        known.add(reference, objects.back());
+    }
+    for (std::size_t i = 0; i < everywhere.size(); ++i)
+        EXPECT_EQ(known.find(everywhere[i]), objects[i]) << everywhere[i].number;
+    EXPECT_FALSE(known.find({8, 0}));
+    EXPECT_FALSE(known.find({8, 1}));
+    EXPECT_FALSE(known.find({1000, 0}));
+    known.clear();
+    for (const Reference& reference : everywhere)
+        EXPECT_FALSE(known.find(reference)) << reference.number;
+}
+
+TEST(KnownObjects, ForgetThoseThatAreUnreadable)
+{
+    KnownObjects known(300);
+    for (const Reference& reference : everywhere)
+        known.add(reference, nullptr);
+    for (const Reference& reference : everywhere)
+        EXPECT_EQ(known.find(reference), ParsedObjectRef()) << reference.number;
+    const auto object = someObject();
+    known.add({8, 0}, object);
+    known.add({8, 1}, object);
+    known.forgetUnreadable();
+    for (const Reference& reference : everywhere)
+        EXPECT_FALSE(known.find(reference)) << reference.number;
+    EXPECT_EQ(known.find({8, 0}), object);
+    EXPECT_EQ(known.find({8, 1}), object);
 }
 
 } // namespace
