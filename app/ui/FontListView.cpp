@@ -7,6 +7,7 @@
 #include "ui/FontTable.h"
 #include "ui/RowIdentity.h"
 
+#include <QEvent>
 #include <QItemSelectionModel>
 #include <QScrollBar>
 #include <QStackedLayout>
@@ -39,14 +40,24 @@ void describeEmptiness(EmptyState& empty, ListKind kind)
 FontListView::FontListView(QWidget* parent)
     : QWidget(parent), m_layout(new QVBoxLayout(this)), m_model(new AuditTableModel(this)),
       m_filters(new FilterBar), m_table(new FontTable(*m_model)),
+      m_noneShown(new EmptyState(u"magnifyingglass"_s, u"No fonts match"_s,
+                                 u"Change the search or the filters to see more."_s)),
       m_empty(new EmptyState(u"textformat"_s, {})), m_pages(new QStackedLayout)
 {
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setSpacing(0);
     m_layout->addWidget(m_filters);
     m_layout->addLayout(m_pages, 1);
-    m_pages->addWidget(m_table);
+    auto* const tablePage = new QWidget;
+    auto* const tableLayout = new QVBoxLayout(tablePage);
+    tableLayout->setContentsMargins(0, 0, 0, 0);
+    tableLayout->addWidget(m_table);
+    m_pages->addWidget(tablePage);
     m_pages->addWidget(m_empty);
+    // Beside the table, for of what is in it screen readers are told the cells alone.
+    m_noneShown->setParent(tablePage);
+    m_noneShown->hide();
+    m_table->viewport()->installEventFilter(this);
 
     connect(m_filters, &FilterBar::changed, this, &FontListView::applyFilter);
     connect(m_table, &FontTable::revealRequested, this, &FontListView::revealRequested);
@@ -78,7 +89,7 @@ void FontListView::setList(const std::optional<AuditList>& list)
     m_filters->setKind(m_model->kind());
     m_filters->setCounts(AuditSummary::of(m_model->rows().span()));
     describeEmptiness(*m_empty, m_model->kind());
-    m_pages->setCurrentWidget(m_model->rows().empty() ? static_cast<QWidget*>(m_empty) : m_table);
+    m_pages->setCurrentWidget(m_model->rows().empty() ? m_empty : m_table->parentWidget());
 
     switch (change) {
     case AuditTableModel::Change::otherSource:
@@ -185,6 +196,7 @@ int FontListView::shownRows() const
 
 void FontListView::tellShownRows()
 {
+    m_noneShown->setVisible(shownRows() == 0);
     if (shownRows() == m_toldRows) return;
     m_toldRows = shownRows();
     Q_EMIT shownRowsChanged(m_toldRows);
@@ -198,6 +210,14 @@ QByteArray FontListView::saveColumns() const
 void FontListView::restoreColumns(const QByteArray& saved)
 {
     m_table->restoreColumns(saved);
+}
+
+bool FontListView::eventFilter(QObject* watched, QEvent* event)
+{
+    const QWidget* const viewport = m_table->viewport();
+    if (watched == viewport && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
+        m_noneShown->setGeometry(viewport->geometry().translated(m_table->pos()));
+    return QWidget::eventFilter(watched, event);
 }
 
 void FontListView::focusTable()

@@ -64,6 +64,10 @@ Q_SIGNALS:
     /// The user wants to see a font's file in the file manager.
     void revealRequested(const std::string& path);
 
+protected:
+    /// Follows the size of what the table leaves for rows.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void applyFilter();
     void followCurrent();
@@ -77,7 +81,8 @@ private:
     AuditTableModel* m_model;
     FilterBar* m_filters;
     FontTable* m_table;
-    EmptyState* m_empty;
+    EmptyState* m_noneShown; // over the table
+    EmptyState* m_empty;     // in its place
     QStackedLayout* m_pages;
     QString m_search;
     std::optional<std::size_t> m_selected; // in the whole list; absent: none

@@ -33,6 +33,7 @@ namespace {
 constexpr qint32 savedFormat = 1;
 constexpr int widest = 4000; // a width that a damaged file may not exceed
 constexpr int headerPadding = 5;
+constexpr int ringWidth = 2; // around a table without rows that has the keyboard
 
 int clamped(int width, const ColumnWidths& limits)
 {
@@ -295,6 +296,17 @@ void FontTable::changeEvent(QEvent* event)
         useFont();
         layOutColumns();
     }
+}
+
+void FontTable::paintEvent(QPaintEvent* event)
+{
+    QTableView::paintEvent(event);
+    if (m_model.rowCount() > 0 || !hasFocus()) return;
+    // There is no row to show it. The style's own mark would fill the whole table with a colour.
+    QPainter painter(viewport());
+    painter.setPen(QPen(palette().color(QPalette::Highlight), ringWidth));
+    constexpr int inset = ringWidth / 2;
+    painter.drawRect(viewport()->rect().adjusted(inset, inset, -inset, -inset));
 }
 
 void FontTable::currentChanged(const QModelIndex& current, const QModelIndex& previous)

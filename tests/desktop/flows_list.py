@@ -119,6 +119,20 @@ def chips_and_picker_filter(check):
 
 
 @FLOWS.add
+def a_search_that_finds_nothing_says_so(check):
+    app = check.app
+    says = "No fonts match\nChange the search or the filters to see more."
+    assert not app.has("label", says)
+    app.key("ctrl+f")
+    app.type("zzz")
+    app.find("label", says)
+    app.find("label", "0 shown of 7 fonts: 3 likely OK, 2 restricted, 2 unknown")
+    app.key("ctrl+a", "BackSpace")
+    app.gone("label", says)
+    check.wait_for_names(FONTS)
+
+
+@FLOWS.add
 def every_column_sorts_both_ways(check):
     titles = check.app.headers(check.table())
     for column, title in enumerate(titles):

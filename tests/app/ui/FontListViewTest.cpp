@@ -72,7 +72,15 @@ protected:
     [[nodiscard]] FontTable& table() const { return *view.findChild<FontTable*>(); }
     [[nodiscard]] FilterBar& filters() const { return *view.findChild<FilterBar*>(); }
     [[nodiscard]] QComboBox& picker() const { return *view.findChild<QComboBox*>(); }
-    [[nodiscard]] EmptyState& emptyState() const { return *view.findChild<EmptyState*>(); }
+    [[nodiscard]] EmptyState& emptyState() const
+    {
+        return *view.findChild<EmptyState*>({}, Qt::FindDirectChildrenOnly);
+    }
+    /// What stands over the table when no row passes the filter.
+    [[nodiscard]] EmptyState& noneShown() const
+    {
+        return *table().parentWidget()->findChild<EmptyState*>();
+    }
     [[nodiscard]] FilterChip& chip(const std::string& word) const
     {
         for (FilterChip* const each : view.findChildren<FilterChip*>())
@@ -271,12 +279,65 @@ TEST_F(FontList, ADocumentWithoutFontsSaysWhyThatMayBe)
               "It may be all images, or its text was turned into outlines.");
 }
 
-TEST_F(FontList, AFilterThatNothingPassesLeavesAnEmptyTable)
+TEST_F(FontList, AFilterThatNothingPassesLeavesTheTableAndSaysSoWhereTheRowsWere)
 {
+    EXPECT_FALSE(noneShown().isVisible());
     view.setSearch(QStringLiteral("nothing is called that"));
     EXPECT_THAT(shown(), IsEmpty());
     EXPECT_TRUE(table().isVisible());
     EXPECT_FALSE(emptyState().isVisible());
+    ASSERT_TRUE(noneShown().isVisible());
+    QAccessibleInterface* const spoken = QAccessible::queryAccessibleInterface(&noneShown());
+    ASSERT_TRUE(spoken);
+    EXPECT_EQ(spoken->text(QAccessible::Name).toStdString(),
+              "No fonts match\nChange the search or the filters to see more.");
+    view.setSearch(QStringLiteral("brook"));
+    EXPECT_FALSE(noneShown().isVisible());
+}
+
+TEST_F(FontList, ThatNothingPassesIsSaidForEachOfTheFiltersAndInBothKindsOfLists)
+{
+    auto some = fonts;
+    some.pop_back(); // the only one that is likely OK
+    view.setList(listOf(some));
+    QTest::mouseClick(&chip("Likely OK"), Qt::LeftButton);
+    EXPECT_TRUE(noneShown().isVisible());
+    QTest::mouseClick(&chip("All"), Qt::LeftButton);
+    EXPECT_FALSE(noneShown().isVisible());
+    view.setList(listOf({{.name = "Brook"}}));
+    picker().setCurrentIndex(static_cast<int>(Source::apple));
+    EXPECT_TRUE(noneShown().isVisible());
+    view.setList(documentOf({documentRow({.name = "A"}, EmbeddedProgram::cff, {1})}));
+    EXPECT_FALSE(noneShown().isVisible()) << "another source begins without filters";
+    QTest::mouseClick(&chip("Restricted"), Qt::LeftButton);
+    EXPECT_TRUE(noneShown().isVisible());
+    view.setList(documentOf({}));
+    EXPECT_FALSE(noneShown().isVisible()) << "a list without fonts has its own words";
+    EXPECT_TRUE(emptyState().isVisible());
+}
+
+TEST_F(FontList, ThatNothingPassesStandsBelowTheHeadersInAWindowOfAnySize)
+{
+    view.setSearch(QStringLiteral("nothing is called that"));
+    for (const QSize size : {QSize(900, 400), QSize(1400, 700), QSize(460, 300)}) {
+        view.resize(size);
+        QCoreApplication::processEvents();
+        const QWidget& rows = *table().viewport();
+        EXPECT_EQ(QRect(noneShown().mapToGlobal(QPoint()), noneShown().size()),
+                  QRect(rows.mapToGlobal(QPoint()), rows.size()));
+    }
+}
+
+TEST_F(FontList, ATableWithoutRowsShowsThatItHasTheKeyboard)
+{
+    view.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+    view.setSearch(QStringLiteral("nothing is called that"));
+    view.focusTable();
+    ASSERT_TRUE(table().hasFocus());
+    const QImage with = table().viewport()->grab().toImage();
+    table().clearFocus();
+    EXPECT_NE(with, table().viewport()->grab().toImage());
 }
 
 TEST_F(FontList, TellsWhichRowIsSelected)
