@@ -1,5 +1,6 @@
 #include "ui/AuditColumn.h"
 
+#include "export/AuditExport.h"
 #include "fontfile/EmbeddingRights.h"
 #include "model/FileSentence.h"
 #include "model/QtText.h"
@@ -120,6 +121,18 @@ QString spokenText(AuditColumn wanted, const AuditRow& row)
     const QString text = columnText(wanted, row);
     const QString beside = secondaryText(wanted, row);
     return beside.isEmpty() ? text : text + QStringLiteral(", ") + beside;
+}
+
+QString copiedText(ListKind kind, const AuditRow& row)
+{
+    QString line;
+    for (const AuditColumn column : columnsOf(kind)) {
+        std::string cell = stdText(spokenText(column, row));
+        AuditExport::guardFormula(cell);
+        if (column != columnsOf(kind).front()) line += QLatin1Char('\t');
+        line += qtText(cell);
+    }
+    return line;
 }
 
 } // namespace quillmark

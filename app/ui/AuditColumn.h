@@ -57,4 +57,8 @@ struct ColumnWidths {
 /// What a screen reader says for a cell.
 [[nodiscard]] QString spokenText(AuditColumn column, const AuditRow& row);
 
+/// A row for the clipboard: its cells in full words, on one line, with a tab between two of them,
+/// so that a spreadsheet takes them for cells, and none for a formula.
+[[nodiscard]] QString copiedText(ListKind kind, const AuditRow& row);
+
 } // namespace quillmark

@@ -1,5 +1,6 @@
 #include "ui/EditMenu.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QByteArray>
 #include <QKeySequence>
@@ -51,8 +52,19 @@ std::optional<TextState> textState(const QWidget& widget)
     return std::nullopt;
 }
 
+bool isUsefulIn(const QAbstractItemView& view, std::string_view slot)
+{
+    if (slot == "copy") return view.selectionModel() && view.selectionModel()->hasSelection();
+    if (slot == "selectAll")
+        return view.selectionMode() != QAbstractItemView::NoSelection &&
+               view.selectionMode() != QAbstractItemView::SingleSelection;
+    return true;
+}
+
 bool isUseful(const QWidget& widget, std::string_view slot)
 {
+    if (const auto* const view = qobject_cast<const QAbstractItemView*>(&widget))
+        return isUsefulIn(*view, slot);
     const std::optional<TextState> state = textState(widget);
     if (!state) return true;
     if (slot == "undo") return state->canUndo && !state->isReadOnly;

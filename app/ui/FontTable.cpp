@@ -6,6 +6,7 @@
 #include "ui/ContextMenuKey.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDataStream>
 #include <QHeaderView>
@@ -256,6 +257,13 @@ void FontTable::keyboardSearch(const QString& search)
     QTableView::keyboardSearch(search);
 }
 
+void FontTable::copy()
+{
+    const QModelIndexList rows = selectionModel()->selectedRows();
+    if (rows.isEmpty()) return;
+    QApplication::clipboard()->setText(copiedText(m_model.kind(), m_model.at(rows.front().row())));
+}
+
 void FontTable::resizeEvent(QResizeEvent* event)
 {
     QTableView::resizeEvent(event);
@@ -265,6 +273,10 @@ void FontTable::resizeEvent(QResizeEvent* event)
 void FontTable::keyPressEvent(QKeyEvent* event)
 {
     if (openContextMenu(*this, *event)) return;
+    if (event->matches(QKeySequence::Copy)) {
+        copy();
+        return;
+    }
     const bool toEnd = event->key() == Qt::Key_End;
     if ((toEnd || event->key() == Qt::Key_Home) && event->modifiers() == Qt::NoModifier) {
         // The ends of the list, not of the row.

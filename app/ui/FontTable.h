@@ -30,6 +30,11 @@ public:
 
     void keyboardSearch(const QString& search) override;
 
+public Q_SLOTS:
+    /// Puts the selected row on the clipboard; without one, the clipboard stays as it is. By this
+    /// name the Edit menu finds it.
+    void copy();
+
 Q_SIGNALS:
     /// The user wants to see a font's file in the file manager.
     void revealRequested(const std::string& path);

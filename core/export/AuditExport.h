@@ -4,6 +4,7 @@
 #include "notes/NotesBook.h"
 #include "pdf/AuditRow.h"
 
+#include <cstddef>
 #include <span>
 #include <string>
 
@@ -17,5 +18,9 @@ namespace quillmark::AuditExport {
 void appendCsvHeader(std::string& text);
 void appendCsvRow(std::string& text, const AuditRow& row, const NotesBook& notes);
 void appendCsvDisclaimer(std::string& text);
+
+/// Puts an apostrophe in front of the field that stands in `text` from `start` on, if a spreadsheet
+/// would evaluate it as a formula.
+void guardFormula(std::string& text, std::size_t start = 0);
 
 } // namespace quillmark::AuditExport

@@ -86,12 +86,7 @@ constexpr std::string_view formulaStarts = "=+-@";
 /// Escapes what stands in `text` from `start` on, as one field.
 void escapeFrom(std::string& text, std::size_t start)
 {
-    // A spreadsheet shows what follows an apostrophe instead of evaluating it. NULs in front do not
-    // count: LibreOffice drops them, and takes what is left for a formula.
-    const std::size_t first = text.find_first_not_of('\0', start);
-    if (first != std::string::npos && formulaStarts.find(text[first]) != std::string_view::npos)
-        text.insert(start, 1, '\'');
-
+    guardFormula(text, start);
     std::size_t quotes = 0;
     bool quoted = false;
     for (const char character : std::string_view(text).substr(start)) {
@@ -148,6 +143,15 @@ void appendCsvDisclaimer(std::string& text)
     text += ',';
     appendField(text, Classifier::disclaimer);
     text += lineEnd;
+}
+
+void guardFormula(std::string& text, std::size_t start)
+{
+    // A spreadsheet shows what follows an apostrophe instead of evaluating it. NULs in front do not
+    // count: LibreOffice drops them, and takes what is left for a formula.
+    const std::size_t first = text.find_first_not_of('\0', start);
+    if (first != std::string::npos && formulaStarts.find(text[first]) != std::string_view::npos)
+        text.insert(start, 1, '\'');
 }
 
 std::string csv(std::span<const AuditRow> rows, const NotesBook& notes)

@@ -20,6 +20,7 @@ from gi.repository import Atspi, GLib  # noqa: E402
 
 WAIT = float(os.environ.get("DESKTOP_WAIT", "20"))  # seconds; only what fails takes that long
 SCALE = float(os.environ.get("QT_SCALE_FACTOR", "1"))
+CLIPBOARD = ("xclip", "-selection", "clipboard")
 VIEWS = ("table", "tree", "tree table", "list")
 
 
@@ -302,18 +303,26 @@ class App:
         run("xdotool", "type", "--clearmodifiers", "--delay", 12, text)
         self.settle()
 
-    def paste(self, text):
-        clipboard = ["xclip", "-selection", "clipboard"]
-        with subprocess.Popen([*clipboard, "-quiet"], stdin=subprocess.PIPE, text=True,
+    @staticmethod
+    def clipboard():
+        return subprocess.run([*CLIPBOARD, "-o"], text=True, capture_output=True).stdout
+
+    @contextlib.contextmanager
+    def on_clipboard(self, text):
+        """While this text is on the clipboard, unless something else gets there."""
+        with subprocess.Popen([*CLIPBOARD, "-quiet"], stdin=subprocess.PIPE, text=True,
                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as holder:
             holder.stdin.write(text)
             holder.stdin.close()
-            wait_for("the clipboard", lambda: subprocess.run(
-                [*clipboard, "-o"], text=True, capture_output=True).stdout == text)
+            wait_for("the clipboard", lambda: self.clipboard() == text)
+            yield
+            holder.terminate()
+
+    def paste(self, text):
+        with self.on_clipboard(text):
             self.key("ctrl+v")
             self.settle()
             time.sleep(0.2)  # the application fetches what is pasted from the holder
-            holder.terminate()
 
     def menu(self, *path):
         """Chooses an entry of the menu bar, as an assistive technology does."""

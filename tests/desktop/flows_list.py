@@ -133,6 +133,18 @@ def a_search_that_finds_nothing_says_so(check):
 
 
 @FLOWS.add
+def a_font_is_copied_as_a_row_of_a_spreadsheet(check):
+    check.select("Dogwood 日本語")
+    app = check.app
+    row = app.rows(check.table())[check.names().index("Dogwood 日本語")]
+    for copy in (lambda: app.key("ctrl+c"), lambda: app.key("ctrl+Insert"),
+                 lambda: app.menu("Edit", "Copy")):
+        with app.on_clipboard("before"):
+            copy()
+            wait_for("the row on the clipboard", lambda: app.clipboard().split("\t") == row)
+
+
+@FLOWS.add
 def every_column_sorts_both_ways(check):
     titles = check.app.headers(check.table())
     for column, title in enumerate(titles):

@@ -133,6 +133,49 @@ TEST(AuditColumn, WhatAFontHoldsCannotTurnOrBreakALine)
     EXPECT_EQ(shownText(AuditColumn::font, rowOf({.name = "A\nB\u202EC"})), "A\uFFFDB\uFFFDC");
 }
 
+TEST(AuditColumn, ARowIsCopiedInFullWordsWithTabsBetweenItsCells)
+{
+    AuditRow row = rowOf({.name = "Brook",
+                          .verdict = Verdict::likelyOK,
+                          .filePath = "/f/b.ttf",
+                          .license = LicenseKind::ofl});
+    EXPECT_EQ(copiedText(ListKind::fonts, row).toStdString(),
+              "Brook\tLikely OK to embed\tSIL Open Font License\tNo OS/2 table\tb.ttf");
+    row.facts.filePath.reset();
+    EXPECT_TRUE(copiedText(ListKind::fonts, row).endsWith(QLatin1String("No OS/2 table\t")))
+        << "an empty cell keeps its place";
+    AuditRow inPDF = documentRow({.name = "Unnamed font"}, EmbeddedProgram::cff, {1, 2, 9}, true);
+    inPDF.pdf->pdfNames = {"ABCDEF+Brook"};
+    EXPECT_EQ(copiedText(ListKind::document, inPDF).toStdString(),
+              "Unnamed font, ABCDEF+Brook\tUnknown\tNo license text\tNo OS/2 table\t1-2, 9\t"
+              "Embedded (CFF), subset");
+}
+
+TEST(AuditColumn, WhatAFontHoldsIsNeitherACellNorALineNorAFormulaWhereItIsPasted)
+{
+    struct Case {
+        const char* name;
+        const char* copied;
+    };
+    for (const Case& each : {
+             Case{"A\tB\nC\rD", "A\uFFFDB\uFFFDC\uFFFDD"},
+             Case{"\u202Eknoorb", "\uFFFDknoorb"},
+             Case{"\u001B[31mred", "\uFFFD[31mred"},
+             Case{"=HYPERLINK(\"http://a\")", "'=HYPERLINK(\"http://a\")"},
+             Case{"@Brook", "'@Brook"},
+             Case{"-Brook", "'-Brook"},
+             Case{"+Brook", "'+Brook"},
+             Case{"\"Brook\", bold", "\"Brook\", bold"},
+         }) {
+        const QString text = copiedText(ListKind::fonts, rowOf({.name = each.name}));
+        EXPECT_EQ(text.section(QLatin1Char('\t'), 0, 0).toStdString(), each.copied);
+        EXPECT_EQ(text.count(QLatin1Char('\t')), 4) << each.name;
+    }
+    EXPECT_THAT(
+        copiedText(ListKind::fonts, rowOf({.name = "A", .filePath = "/f/=1+1.ttf"})).toStdString(),
+        testing::EndsWith("\t'=1+1.ttf"));
+}
+
 TEST(AuditColumn, ANameOfMegabytesIsCutBetweenTwoCharacters)
 {
     std::string name;

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QLineEdit>
+#include <QListView>
 #include <QPlainTextEdit>
 #include <QTest>
 #include <QVBoxLayout>
@@ -199,6 +200,23 @@ TEST_F(EditMenuTest, OffersOnlyWhatMakesSenseWhileItIsOpen)
     EXPECT_TRUE(action(u"Select All"_s)->isEnabled());
     menu.hide();
     EXPECT_TRUE(action(u"Undo"_s)->isEnabled());
+}
+
+TEST_F(EditMenuTest, OffersAListWhatItCanDoWithItsRows)
+{
+    const auto canSelectAll = [this](QAbstractItemView::SelectionMode mode) {
+        QListView list(&window);
+        list.setSelectionMode(mode);
+        list.setFocusPolicy(Qt::StrongFocus);
+        list.show();
+        list.setFocus();
+        menu.popup({0, 0});
+        const bool can = action(u"Select All"_s)->isEnabled();
+        menu.hide();
+        return can;
+    };
+    EXPECT_FALSE(canSelectAll(QAbstractItemView::SingleSelection));
+    EXPECT_TRUE(canSelectAll(QAbstractItemView::ExtendedSelection));
 }
 
 TEST_F(EditMenuTest, OffersNothingWhereNothingCanBeEdited)

@@ -14,13 +14,16 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QHelpEvent>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
 #include <QPaintEvent>
 #include <QRegion>
 #include <QScrollBar>
@@ -338,6 +341,33 @@ TEST_F(FontList, ATableWithoutRowsShowsThatItHasTheKeyboard)
     const QImage with = table().viewport()->grab().toImage();
     table().clearFocus();
     EXPECT_NE(with, table().viewport()->grab().toImage());
+}
+
+TEST_F(FontList, TheSelectedRowIsCopiedAsItStandsInTheTable)
+{
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    table().copy();
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "before") << "nothing is selected";
+    clickHeader(AuditColumn::font);
+    clickHeader(AuditColumn::font); // from the last name on
+    select("Brook");
+    for (const QKeySequence& keys : QKeySequence::keyBindings(QKeySequence::Copy)) {
+        QApplication::clipboard()->clear();
+        QTest::keySequence(&table(), keys);
+        EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
+                  "Brook\tRestricted\tNo license text\tNo OS/2 table\t")
+            << keys.toString().toStdString();
+    }
+    EXPECT_TRUE(QApplication::clipboard()->mimeData()->html().isEmpty());
+}
+
+TEST_F(FontList, ARowThatTheFilterKeepsAwayIsNotCopied)
+{
+    select("Brook");
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    view.setSearch(QStringLiteral("elm"));
+    table().copy();
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "before");
 }
 
 TEST_F(FontList, TellsWhichRowIsSelected)

@@ -21,6 +21,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QBitmap>
+#include <QClipboard>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QHelpEvent>
@@ -356,6 +357,26 @@ TEST_F(MainWindowTest, TheSearchNarrowsTheList)
     EXPECT_EQ(the<FontListView>().shownRows(), 2);
     QTest::keyClick(&the<SearchField>(), Qt::Key_Escape);
     EXPECT_TRUE(the<FontTable>().hasFocus());
+}
+
+TEST_F(MainWindowTest, CtrlCCopiesTheSelectedFontAndTheEditMenuOffersItWhileOneIsSelected)
+{
+    showFolder();
+    QAction* const copy = command(u"Copy"_s);
+    auto* const edit = qobject_cast<QMenu*>(copy->parent());
+    ASSERT_TRUE(edit);
+    the<FontTable>().setFocus();
+    the<FontTable>().clearSelection();
+    edit->popup({0, 0});
+    EXPECT_FALSE(copy->isEnabled());
+    edit->hide();
+    the<FontTable>().selectRow(0);
+    edit->popup({0, 0});
+    EXPECT_TRUE(copy->isEnabled());
+    edit->hide();
+    QApplication::clipboard()->clear();
+    QTest::keyClick(&the<FontTable>(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text().section(u'\t', 0, 1), u"Acme Bold\tRestricted"_s);
 }
 
 TEST_F(MainWindowTest, AnotherSourceBeginsWithoutASearch)
