@@ -2,6 +2,7 @@
 
 #include "library/AbsolutePath.h"
 
+#include <QApplication>
 #include <QCryptographicHash>
 #include <QLocalServer>
 #include <QLocalSocket>
@@ -193,7 +194,12 @@ void comeToFront(QWidget& window, const std::string& activationToken)
     if (window.isMinimized()) window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
-    window.activateWindow();
+    // To a window that waits for its dialog the toolkit would give the keyboard without asking the
+    // window manager, and the dialog would never have it back: no key would do anything.
+    QWidget* const dialog = QApplication::activeModalWidget();
+    // A panel of the desktop's own is drawn by others, who keep it with the window.
+    const bool blocks = dialog != nullptr && !dialog->testAttribute(Qt::WA_DontShowOnScreen);
+    (blocks ? *dialog : window).activateWindow();
 }
 
 SingleInstance::SingleInstance(const fs::path& runtimeFolder, const fs::path& dataFolder)

@@ -34,7 +34,8 @@ struct StartRequest {
 /// when none of them belongs to this user alone.
 [[nodiscard]] std::optional<std::filesystem::path> runtimeFolder();
 
-/// Brings the window before those of other programs, as far as the desktop allows it.
+/// Brings the window before those of other programs, as far as the desktop allows it. The keyboard
+/// goes to the dialog that is open in front of it, if there is one that it waits for.
 void comeToFront(QWidget& window, const std::string& activationToken);
 
 class SingleInstance final : public QObject {

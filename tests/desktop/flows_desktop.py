@@ -4,7 +4,7 @@ import shutil
 import signal
 import time
 
-from desktop import App, run, wait_for
+from desktop import App, Atspi, has_state, run, wait_for
 from flows import Flows
 from window import CHECK_PANEL, FONTS, NO_PDF, SCAN_PANEL
 from world import luminance
@@ -118,6 +118,29 @@ def a_second_start_hands_over_its_files_and_ends(check):
     other.kill()
     second = world.start(ready=False)
     assert second.process.wait(10) == 0, second.output()
+
+
+@FLOWS.add
+def a_second_start_leaves_the_keyboard_to_the_dialog_that_is_open(check):
+    app = check.app
+    check.show_installed()
+    for open_dialog in (lambda: app.key("ctrl+o"),
+                        lambda: app.menu("Help", "How Quillmark Decides")):
+        for other in (None, check.drag_source):  # another program's window has the focus, or ours
+            open_dialog()
+            app.active_window("dialog")
+            in_front = other and App(other)
+            second = check.world.start(ready=False)
+            assert second.process.wait(10) == 0, second.output()
+            dialog = app.active_window("dialog")
+            # Where the keyboard went to the window, it was after a moment.
+            time.sleep(0.5)
+            assert has_state(dialog, Atspi.StateType.ACTIVE)
+            run("xdotool", "key", "Escape")
+            app.window_gone("dialog")
+            if in_front:
+                in_front.kill()
+            wait_for("the window to be active", app.active)
 
 
 @FLOWS.add

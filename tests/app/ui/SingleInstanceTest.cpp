@@ -4,8 +4,11 @@
 
 #include <gmock/gmock.h>
 
+#include <QApplication>
 #include <QCoreApplication>
+#include <QDialog>
 #include <QLocalSocket>
+#include <QMessageBox>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
@@ -288,6 +291,33 @@ protected:
 private:
     QByteArray m_before = qgetenv("XDG_RUNTIME_DIR");
 };
+
+TEST(ComingToFront, GivesTheKeyboardToTheDialogThatBlocksTheWindow)
+{
+    QWidget window;
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    {
+        QDialog sheet(&window);
+        sheet.open();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&sheet));
+        comeToFront(window, {});
+        QCoreApplication::processEvents();
+        EXPECT_EQ(QApplication::activeWindow(), &sheet);
+        QMessageBox question(&sheet);
+        question.open();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&question));
+        comeToFront(window, {});
+        QCoreApplication::processEvents();
+        EXPECT_EQ(QApplication::activeWindow(), &question);
+    }
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    comeToFront(window, {});
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+}
 
 TEST_F(RuntimeFolder, IsTheOneThatIsNamed)
 {
