@@ -245,7 +245,7 @@ Outcome writeNotes(const Run& run, const NotesBook& notes)
         std::string reason = "There is no note for this font";
         if (const auto near = nearest(key, known))
             reason.append("; did you mean \"").append(*near).append("\"?");
-        run.console.message(key + ": " + reason);
+        run.console.message(std::string(key).append(": ").append(reason));
         outcome.errors.push_back({key, reason});
     }
     TextLines lines(run.output, page(run.options, run.environment));

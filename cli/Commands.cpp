@@ -278,6 +278,7 @@ std::optional<FontList<Row>> Run<Row>::named(const fs::path& input)
     list.source.title = name;
     list.source.subtitle = "Installed fonts called " + name;
     std::vector<Judged> found;
+    found.reserve(fonts.size());
     for (FontFacts& font : fonts)
         found.push_back(judged(std::move(font)));
     put(std::move(found), list);

@@ -52,6 +52,7 @@ template <typename Table>
 std::string suggestion(std::string_view word, const Table& known)
 {
     std::vector<std::string_view> names;
+    names.reserve(std::size(known));
     for (const auto& entry : known)
         names.push_back(entry.name);
     if (const auto found = nearest(word, names)) return "; did you mean " + inQuotes(*found) + "?";
@@ -148,7 +149,7 @@ Arguments sorted(std::span<const std::string> arguments)
     for (const OptionEntry& option : optionTable) {
         const auto at = static_cast<std::size_t>(option.id);
         std::string names(option.name);
-        if (option.shortName != 0) names = std::string{'-', option.shortName, ','} + names;
+        if (option.shortName != 0) names.insert(0, {'-', option.shortName, ','});
         if (option.takes == Takes::nothing)
             app.add_flag(names, sorted.flags.at(at))
                 ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
@@ -192,6 +193,7 @@ const CommandEntry& command(const std::vector<std::string>& words)
 {
     if (words.empty()) {
         std::vector<std::string_view> names;
+        names.reserve(std::size(commandTable));
         for (const CommandEntry& known : commandTable)
             names.push_back(known.name);
         throw WrongUse{"name a command: " + joined(names, "or") + "; see quillmark-cli --help."};

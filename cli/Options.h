@@ -23,6 +23,7 @@ enum class SortKey { verdict, name, family, file };
 enum class NoteAction { list, show };
 enum class Shell { bash, zsh, fish };
 
+// NOLINTNEXTLINE(*.Padding): there is one of them, and what belongs together stands together
 struct Options {
     Command command{};
     /// As given: folders and font files, PDFs, names of fonts, or keys of notes. Those in

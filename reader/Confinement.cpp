@@ -166,7 +166,7 @@ public:
         constexpr std::uint8_t body = 5; // the instructions behind the first one
         add({BPF_JMP | BPF_JEQ | BPF_K, 0, body, call});
         // The machines that we know have the lower half first.
-        load(static_cast<std::uint32_t>(offsetof(seccomp_data, args) + 8 * argument));
+        load(static_cast<std::uint32_t>(offsetof(seccomp_data, args) + sizeof(std::uint64_t) * argument));
         add({BPF_ALU | BPF_AND | BPF_K, 0, 0, mask});
         add({BPF_JMP | BPF_JEQ | BPF_K, 0, 1, value});
         end(SECCOMP_RET_ALLOW);

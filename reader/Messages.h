@@ -39,7 +39,7 @@ void writeFace(std::string& into, const PlatformFont& face);
 void writeInstalledFile(std::string& into, const InstalledFile& file);
 void writeDocumentFont(std::string& into, const DocumentFont& font);
 void writeEnd(std::string& into, int pageCount = 0);
-void writeError(std::string& into, PDFCheckError::Kind kind);
+void writeError(std::string& into, PDFCheckError::Kind error);
 
 /// Whether an answer goes on.
 enum class Progress {

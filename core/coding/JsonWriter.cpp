@@ -116,6 +116,7 @@ std::string escaped(char32_t character)
 
 } // namespace
 
+// NOLINTNEXTLINE(*-member-init): no more of what is gathered than was filled is read
 JsonWriter::JsonWriter(std::string& output, std::size_t depth, Layout layout)
     : m_output(output), m_outermost(depth), m_layout(layout)
 {

@@ -19,14 +19,15 @@ void keepMemory()
 
 void reserveMemory(std::size_t bytes)
 {
-    void* room = std::malloc(bytes); // NOLINT(*-no-malloc): for what it does to the heap
+    // For what it does to the heap.
+    void* room = std::malloc(bytes); // NOLINT(*-no-malloc,*-owning-memory)
     if (room == nullptr) return;
     constexpr std::size_t page = std::size_t{2} << 20U; // a large one
     std::size_t left = bytes;
     void* aligned = room;
     if (std::align(page, page, aligned, left) != nullptr)
         static_cast<void>(::madvise(aligned, left / page * page, MADV_HUGEPAGE));
-    std::free(room); // NOLINT(*-no-malloc)
+    std::free(room); // NOLINT(*-no-malloc,*-owning-memory)
 }
 
 void returnMemory(std::size_t spare)

@@ -2,6 +2,7 @@
 
 namespace quillmark {
 
+// NOLINTNEXTLINE(*-member-init): no more of the head than is read is looked at
 HeadedSource::HeadedSource(const ByteSource& source)
     : m_source(source), m_headSize(source.read(0, m_head))
 {

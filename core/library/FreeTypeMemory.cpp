@@ -4,7 +4,7 @@
 #include <malloc.h>
 
 // What FreeType is given are functions of C.
-// NOLINTBEGIN(*-no-malloc)
+// NOLINTBEGIN(*-no-malloc,*-owning-memory)
 
 namespace quillmark {
 
@@ -41,4 +41,4 @@ void FreeTypeMemory::release(FT_Memory memory, void* block) noexcept
 
 } // namespace quillmark
 
-// NOLINTEND(*-no-malloc)
+// NOLINTEND(*-no-malloc,*-owning-memory)
