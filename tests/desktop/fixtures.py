@@ -63,7 +63,7 @@ def letter(width, bar):
     return pen.glyph()
 
 
-def write_font(path, family, style, fs_type, names):
+def write_font(path, family, style, fs_type, names, vendor="TEST"):
     path.parent.mkdir(parents=True, exist_ok=True)
     full = family if style == "Regular" else f"{family} {style}"
     glyphs = [".notdef", "space", *LETTERS]
@@ -82,7 +82,7 @@ def write_font(path, family, style, fs_type, names):
         **names,
     }, mac=False)
     builder.setupOS2(sTypoAscender=800, usWinAscent=800, usWinDescent=200, fsType=fs_type,
-                     achVendID="TEST")
+                     achVendID=vendor)
     builder.setupPost()
     builder.save(path)
     return path

@@ -1,25 +1,52 @@
 #!/usr/bin/python3
 """Takes a picture of the window in every state that it has.
 
-usage: with-desktop.sh /usr/bin/python3 pictures.py [--dark] [--contrast] [--size WxH] PROGRAM
-           DRAG_SOURCE FOLDER
+usage: with-desktop.sh /usr/bin/python3 pictures.py [--dark] [--contrast] [--size WxH] [--readme]
+           PROGRAM DRAG_SOURCE FOLDER
 
-scripts/screenshots calls it for every size, scale and colour. The size is in unscaled pixels.
+scripts/screenshots calls it for every size, scale and colour. The size is in unscaled pixels. With
+--readme it takes those of docs/pictures alone: the light one, or with --dark the dark one.
 """
 
 import argparse
 import contextlib
 import os
+import shutil
 import sys
 from pathlib import Path
 
 from desktop import SCALE, run, wait_for
+from fixtures import OPEN_LICENSE, TEXT_FONT, write_font, write_pdf
 from window import ATTACH_PANEL, CHECK, FONTS, SCAN_PANEL, Check
 from world import World
 
 # Enough to be seen at work on it: a few seconds.
 MANY_FONTS = 40_000
 MANY_PAGES = 150_000
+
+
+# What the README's pictures show. The folder's path can be read in them.
+README_FOLDER = Path("/tmp/Planner Fonts")
+README_FONTS = [
+    ("Larch Script", "Regular", 0x0002, {
+        "copyright": "Copyright 2024 Larch & Daughters. All rights reserved.",
+        "manufacturer": "Larch & Daughters",
+        "licenseDescription": "Licensed for one designer on two computers. Embedding needs a "
+                              "separate license.",
+    }),
+    ("Rowan Hand", "Regular", 0x0004, {
+        "licenseDescription": "See the agreement that came with your purchase.",
+    }),
+    ("Maple Mono", "Regular", 0x0000, {"copyright": "Copyright 2019 Maple"}),
+    ("Hazel Sans", "Light", 0x0000, {"licenseDescription": OPEN_LICENSE}),
+    ("Hazel Sans", "Regular", 0x0000, {"licenseDescription": OPEN_LICENSE}),
+    ("Hazel Sans", "Bold", 0x0000, {"licenseDescription": OPEN_LICENSE}),
+    ("Willow Serif", "Regular", 0x0000, {
+        "licenseDescription": "Licensed under the Apache License, Version 2.0",
+    }),
+]
+README_LIST = ["Larch Script", "Maple Mono", "Rowan Hand", "Hazel Sans", "Hazel Sans Bold",
+               "Hazel Sans Light", "Willow Serif"]
 
 
 class Pictures(Check):
@@ -139,11 +166,53 @@ def take_all(pictures):
     assert app.quit() == 0
 
 
+@contextlib.contextmanager
+def made(folder):
+    folder.mkdir()
+    try:
+        yield
+    finally:
+        shutil.rmtree(folder)
+
+
+def install_text_fonts(world):
+    """The window's own text gets the further faces that it has on most computers."""
+    for name in ("DejaVuSans-Bold.ttf", "DejaVuSansMono.ttf"):
+        shutil.copy(TEXT_FONT.parent / name, world.fonts / "installed")
+    configuration = world.fonts / "fonts.conf"
+    before, monospace, after = configuration.read_text().partition("<family>monospace</family>")
+    configuration.write_text(
+        before + monospace + after.replace("DejaVu Sans", "DejaVu Sans Mono", 1))
+
+
+def take_for_readme(pictures, dark):
+    world = pictures.world
+    fonts = {f"{family} {style}": write_font(
+                 README_FOLDER / f"{family.replace(' ', '')}-{style}.ttf", family, style, fs_type,
+                 names, vendor=family[:4].upper())
+             for family, style, fs_type, names in README_FONTS}
+    document = world.outside / "Spring Planner.pdf"
+    write_pdf(document, [fonts["Hazel Sans Regular"]] * 10 + [fonts["Willow Serif Regular"]] * 2)
+    install_text_fonts(world)
+    app = pictures.start(README_FOLDER, document)
+    wait_for("its fonts", lambda: pictures.names() == ["Courier", "Hazel Sans", "Willow Serif"])
+    if dark:
+        pictures.select("Hazel Sans")
+    else:
+        pictures.show(README_FOLDER.name)
+        pictures.wait_for_names(README_LIST)
+        pictures.select("Larch Script")
+    run("xdotool", "mousemove", 5, 5)
+    pictures.take("document-dark" if dark else "window")
+    assert app.quit() == 0
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--dark", action="store_true")
     parser.add_argument("--contrast", action="store_true")
     parser.add_argument("--size", default="1280x780")
+    parser.add_argument("--readme", action="store_true")
     parser.add_argument("program")
     parser.add_argument("drag_source")
     parser.add_argument("folder", type=Path)
@@ -156,10 +225,15 @@ def main():
     with (world.portal(int(arguments.dark), int(arguments.contrast)) if wants_portal
           else contextlib.nullcontext()):
         try:
-            take_all(pictures)
+            if arguments.readme:
+                with made(README_FOLDER):
+                    take_for_readme(pictures, arguments.dark)
+            else:
+                take_all(pictures)
         except BaseException:
-            pictures.app.picture(arguments.folder / "failure.png")
-            pictures.app.kill()
+            if pictures.app:
+                pictures.app.picture(arguments.folder / "failure.png")
+                pictures.app.kill()
             raise
     return 0
 
