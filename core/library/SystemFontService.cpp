@@ -34,7 +34,10 @@ void keepInstalled(std::vector<PlatformFont>& faces, const InstalledFile& file)
 } // namespace
 
 struct SystemFontService::Installed {
-    std::once_flag once;
+    // Not std::call_once: the system's part of it, which is C, hands on no exception of a program
+    // that has its own copy of the C++ library, but ends it.
+    std::mutex mutex;
+    bool isRead{};
     std::vector<PlatformFont> fonts; // one for each name
     std::unordered_map<std::string, std::size_t> positions;
 
@@ -67,7 +70,9 @@ struct SystemFontService::Installed {
 
     [[nodiscard]] static const Installed& read(Installed& installed, const FontFiles& files)
     {
-        std::call_once(installed.once, [&] { installed.read(files); });
+        const std::lock_guard lock(installed.mutex);
+        if (!installed.isRead) installed.read(files);
+        installed.isRead = true;
         return installed;
     }
 };

@@ -6,7 +6,6 @@
 #include <exception>
 #include <limits>
 #include <memory>
-#include <mutex>
 #include <new>
 #include <string>
 #include <utility>
@@ -110,8 +109,10 @@ void replaceFilters()
 QPDFDecoding::QPDFDecoding(StreamDecoder& decoder)
     : m_outer(std::exchange(currentDecoder, &decoder))
 {
-    static std::once_flag replaced;
-    std::call_once(replaced, replaceFilters);
+    [[maybe_unused]] static const bool areReplaced = [] {
+        replaceFilters();
+        return true;
+    }();
 }
 
 QPDFDecoding::~QPDFDecoding()
