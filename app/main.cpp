@@ -22,6 +22,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -150,6 +151,8 @@ int showWindow(ThreadPoolRunner& background, SingleInstance* instance, const Sta
 
 int main(int argumentCount, char** arguments)
 {
+    // A file above the limit of its size is an error of the write, and not the end of the program.
+    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
     const std::vector<std::string> given(arguments + std::min(argumentCount, 1),
                                          arguments + argumentCount);
     const auto read = readCommandLine(given);

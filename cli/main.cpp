@@ -83,7 +83,9 @@ int main(int argumentCount, char** arguments)
 {
     quillmark::keepMemory();
     openMissingStreams();
-    static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); // a closed pipe is an error of the write
+    // A closed pipe is an error of the write, and so is a file above the limit of its size.
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
     quillmark::cli::Interruption::install();
     // Such a terminal knows neither colours nor how to erase the progress line.
     const bool isDumb = variable("TERM").empty() || variable("TERM") == "dumb";

@@ -9,7 +9,9 @@ import json
 import os
 import pty
 import re
+import resource
 import select
+import shutil
 import signal
 import subprocess
 import sys
@@ -302,6 +304,18 @@ class StreamsTest(ProgramTest):
         self.assertTrue(report.startswith("Fonts\n"), report)
         self.assertNotIn("/nowhere", report)
 
+    def test_a_limit_on_the_size_of_files_is_an_error_of_the_write(self):
+        result = run(
+            "scan",
+            *[self.fonts] * 100,
+            "-o",
+            self.at("limited.txt"),
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (8192, 8192)),
+        )
+        self.assertEqual(result.returncode, 4)
+        self.assertIn(b"limited.txt could not be written: File too large", result.stderr)
+        self.assertFalse(os.path.exists(self.at("limited.txt")))
+
     def test_appending_to_standard_output_under_its_device_name(self):
         with open(self.at("log"), "wb") as file:
             file.write(b"before\n")
@@ -421,6 +435,65 @@ class StartTest(ProgramTest):
         result = subprocess.run(["ldd", PROGRAM], capture_output=True, timeout=TIME_LIMIT)
         self.assertIn(b"libc.so", result.stdout)
         self.assertNotIn(b"Qt", result.stdout)
+
+
+class ReaderTest(ProgramTest):
+    """What becomes of the program when the one that reads for it cannot do so."""
+
+    def run_beside(self, reader, *arguments):
+        """Runs a copy of the program that has `reader`, a script, for its reader, or none."""
+        with tempfile.TemporaryDirectory() as folder:
+            program = os.path.join(folder, "bin", "quillmark-cli")
+            os.mkdir(os.path.dirname(program))
+            shutil.copy(PROGRAM, program)
+            if reader is not None:
+                path = os.path.join(folder, "lib", "quillmark", "quillmark-reader")
+                os.makedirs(os.path.dirname(path))
+                with open(path, "w", encoding="utf-8") as file:
+                    file.write(reader)
+                os.chmod(path, 0o755)
+            return subprocess.run(
+                [program, *arguments], capture_output=True, timeout=TIME_LIMIT, check=False
+            )
+
+    def test_that_it_cannot_be_started_is_said(self):
+        commands = (
+            ["installed"],
+            ["scan", self.fonts],
+            ["check", self.at("document.pdf")],
+            ["check", self.at("document.pdf"), "--no-installed"],
+            ["show", "Foo"],
+        )
+        for command in commands:
+            result = self.run_beside(None, *command)
+            self.assertEqual(result.returncode, 70, command)
+            self.assertIn(b"quillmark-reader cannot be started: No such file", result.stderr)
+
+    def test_that_it_does_not_work_is_said(self):
+        for command in (["installed"], ["scan", self.fonts], ["check", self.at("document.pdf")]):
+            result = self.run_beside("#!/bin/sh\n", *command)
+            self.assertEqual(result.returncode, 70, command)
+            self.assertIn(b"quillmark-reader does not work", result.stderr)
+
+    def test_without_proc_none_is_started_from_the_current_folder(self):
+        without_proc = ["unshare", "-rm", "sh", "-c", 'mount -t tmpfs none /proc && exec "$@"', "-"]
+        with tempfile.TemporaryDirectory() as folder:
+            path = os.path.join(folder, "lib", "quillmark", "quillmark-reader")
+            os.makedirs(os.path.dirname(path))
+            with open(path, "w", encoding="utf-8") as file:
+                file.write("#!/bin/sh\ntouch started\n")
+            os.chmod(path, 0o755)
+            if subprocess.run([*without_proc, "true"], check=False).returncode != 0:
+                self.skipTest("this system lets nobody hide /proc")
+            subprocess.run(
+                [*without_proc, PROGRAM, "scan", self.fonts],
+                cwd=folder,
+                stdin=subprocess.DEVNULL,
+                capture_output=True,
+                timeout=TIME_LIMIT,
+                check=False,
+            )
+            self.assertEqual(os.listdir(folder), ["lib"])
 
 
 class DocumentationTest(unittest.TestCase):
