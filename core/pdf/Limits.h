@@ -14,10 +14,15 @@ inline constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20U;
 /// Dictionaries examined for a page's resources: the page and 31 ancestors.
 inline constexpr int resourceChain = 32;
 
+/// Entries of the lists in a page tree that are gone through, most of which are pages. Thousands of
+/// nodes can share one long list. The largest documents that people make have some 100,000 pages.
+inline constexpr std::size_t treeEntries = 5'000'000;
+
 /// Arrays and dictionaries inside one another in one object.
 inline constexpr std::size_t objectDepth = 500;
 
-/// Bytes of text of one object: a list of all pages of a document with 800,000 of them.
+/// Bytes of text of one object: a list of all pages of a document with 800,000 of them. What
+/// libqpdf reads by itself, such as the trailer, takes twenty times that in memory.
 inline constexpr std::size_t objectText = 8 * mebibyte;
 
 /// Bytes of text of the dictionary of a stream whose data are wanted. libqpdf parses it once more,

@@ -164,7 +164,9 @@ ParsedObjectRef ObjectParser::indirect(const ObjectText& text, const Reference& 
 {
     ObjectLexer lexer(text.source, text.offset, text.limit);
     ParsedObjectRef object;
-    if (passHeader(lexer, expected)) object = parse(lexer, Streams::possible, text.offset);
+    const bool isThere = passHeader(lexer, expected);
+    if (isThere) object = parse(lexer, Streams::possible, text.offset);
+    m_wasTooLong = isThere && lexer.exhausted();
     m_textRead = lexer.consumed();
     return object;
 }

@@ -40,6 +40,8 @@ public:
 
     /// Bytes of text that the last call looked at, whatever came of it.
     [[nodiscard]] std::size_t textRead() const { return m_textRead; }
+    /// Whether `indirect` found the object, which did not end within the limit of its text.
+    [[nodiscard]] bool wasTooLong() const { return m_wasTooLong; }
 
 private:
     enum class Streams { impossible, possible };
@@ -68,6 +70,7 @@ private:
     std::vector<Entry> m_entries;
     std::string m_endedBy; // the keyword at which an object ended, if it did
     std::size_t m_textRead{};
+    bool m_wasTooLong{};
 };
 
 /// One object of an object stream: its number, and where it begins behind the pairs.

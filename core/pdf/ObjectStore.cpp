@@ -155,6 +155,9 @@ ParsedObjectRef ObjectStore::readFromFile(const Reference& reference, std::uint6
         return object;
     };
     if (auto object = read(offset)) return object;
+    // It is where it should be; and libqpdf would read all of it, which takes twenty times its
+    // text.
+    if (m_parser.wasTooLong()) return nullptr;
     if (m_file->repair(reference)) {
         // What was unreadable before may be found now.
         m_objects.forgetUnreadable();

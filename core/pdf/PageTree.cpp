@@ -1,10 +1,15 @@
 #include "pdf/PageTree.h"
 
+#include "pdf/Limits.h"
+
 #include <utility>
 
 namespace quillmark::PDF {
 
-PageTree::PageTree(const Document& document) : m_root(document.pages()) {}
+PageTree::PageTree(const Document& document)
+    : m_root(document.pages()), m_entriesLeft(Limits::treeEntries)
+{
+}
 
 DictionaryRef PageTree::enter(DictionaryRef node)
 {
@@ -27,6 +32,8 @@ DictionaryRef PageTree::next()
             m_levels.pop_back();
             continue;
         }
+        if (m_entriesLeft == 0) return nullptr;
+        --m_entriesLeft;
         auto kid = level.kids->dictionary(level.position++);
         if (!kid) continue;
         if (auto page = enter(std::move(kid))) return page;

@@ -12,7 +12,7 @@ namespace quillmark::PDF {
 /// Walks a page tree from left to right without recursion. A dictionary of type Page is a page;
 /// any other with kids is a node; a kid with neither type nor kids is taken for a page, as readers
 /// do. A page that is listed twice comes twice. A node is entered once, so that trees with loops
-/// or shared branches end.
+/// or shared branches end. Behind so many entries as Limits.h says, nothing comes any more.
 class PageTree {
 public:
     explicit PageTree(const Document& document);
@@ -31,6 +31,7 @@ private:
 
     DictionaryRef m_root;
     std::vector<Level> m_levels;
+    std::size_t m_entriesLeft;
     std::unordered_set<Identity> m_entered;
 };
 

@@ -16,6 +16,9 @@ namespace {
 /// bytes.
 constexpr std::size_t longestSearch = 1100;
 
+/// The longest piece that it reads of a token.
+constexpr std::size_t longestToken = 128;
+
 bool isLineEnd(std::byte byte)
 {
     return byte == std::byte{'\r'} || byte == std::byte{'\n'};
@@ -45,10 +48,20 @@ void QPDFInput::seek(qpdf_offset_t offset, int whence)
     m_position = target;
 }
 
+bool QPDFInput::isInTooLongAnObject(std::size_t length)
+{
+    if (length > longestToken) return false;
+    if (m_position < m_tokens.begin || m_position > m_tokens.end)
+        m_tokens = {m_position, m_position};
+    m_tokens.end = std::max(m_tokens.end, m_position + static_cast<qpdf_offset_t>(length));
+    return m_tokens.end - m_tokens.begin > static_cast<qpdf_offset_t>(Limits::objectText);
+}
+
 std::size_t QPDFInput::read(char* target, std::size_t length)
 {
     setLastOffset(std::min(m_position, size()));
     if (length > m_bytesLeft || (length > longestSearch && !m_streamsAllowed)) return 0;
+    if (isInTooLongAnObject(length)) return 0;
     m_bytesLeft -= length;
     std::size_t done = 0;
     while (done < length) {
@@ -82,6 +95,8 @@ qpdf_offset_t QPDFInput::findAndSkipNextEOL()
         while (at < bytes.size() && isLineEnd(bytes[at]))
             ++at;
         m_position += static_cast<qpdf_offset_t>(at);
+        // It goes from line to line in tables, and where it searches.
+        m_tokens = {m_position, m_position};
         if (lineEnd >= 0 && at < bytes.size()) return lineEnd;
     }
 }

@@ -15,7 +15,8 @@ namespace quillmark::PDF {
 /// libqpdf reads a token or a line at a time, and stream data in long pieces. Denying the long ones
 /// keeps it from unpacking object streams on its own, where it would parse every object and where
 /// objects that overlap cost any amount of time. Counting all bytes keeps it from searching the
-/// same stretch of a damaged file again and again. What is denied looks like the end of the file.
+/// same stretch of a damaged file again and again. An object that libqpdf reads by itself may be no
+/// longer than any other. What is denied looks like the end of the file.
 class QPDFInput final : public InputSource {
 public:
     explicit QPDFInput(std::unique_ptr<ByteSource> source);
@@ -37,11 +38,18 @@ public:
 
 private:
     [[nodiscard]] qpdf_offset_t size() const;
+    [[nodiscard]] bool isInTooLongAnObject(std::size_t length);
 
     std::unique_ptr<ByteSource> m_source;
     std::string m_name; // would stand in warnings, which nobody sees
     qpdf_offset_t m_position{};
     std::uint64_t m_bytesLeft;
+    /// What has been read of one object so far, or of what may be one: tokens in pieces that follow
+    /// on one another.
+    struct Run {
+        qpdf_offset_t begin{};
+        qpdf_offset_t end{};
+    } m_tokens;
     bool m_streamsAllowed{true};
 };
 

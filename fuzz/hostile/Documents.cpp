@@ -128,6 +128,15 @@ Bytes lzwPredictor()
     return predictorOfWideRows("LZWDecode", test::lzw(Bytes(100'000)));
 }
 
+/// The other predictor, which adds to the left neighbour.
+Bytes additivePredictor()
+{
+    return withProgram("FontFile2",
+                       "/Filter/FlateDecode/DecodeParms<</Predictor 2/Columns 1073741824/Colors 32"
+                       "/BitsPerComponent 16>>",
+                       test::deflated(Bytes(100'000)));
+}
+
 Bytes cffIndexOfThousandsInFortyBytes()
 {
     return withProgram("FontFile3", "/Subtype/Type1C",
@@ -162,6 +171,25 @@ Bytes pageTreeInItself()
     pdf.object(2, "<</Type/Pages/Kids[3 0 R 2 0 R 4 0 R]>>");
     pdf.object(3, "<</Type/Pages/Kids[4 0 R 2 0 R 3 0 R]>>");
     pdf.object(4, "<</Type/Page/Resources" + fontNamed("Foo") + ">>");
+    return pdf.build();
+}
+
+/// Billions of pages: thousands of nodes that share one list.
+Bytes sharedListOfPages()
+{
+    PDFBytes pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+    std::string nodes;
+    std::string kids;
+    for (int i = 0; i < 20'000; ++i)
+        nodes += reference(10 + i);
+    for (int i = 0; i < 1'000'000; ++i)
+        kids += "3 0 R ";
+    pdf.object(2, "<</Type/Pages/Kids[" + nodes + "]>>");
+    pdf.object(3, "<</Type/Page>>");
+    pdf.object(4, "[" + kids + "]");
+    for (int i = 0; i < 20'000; ++i)
+        pdf.object(10 + i, "<</Type/Pages/Kids 4 0 R>>");
     return pdf.build();
 }
 
@@ -366,6 +394,22 @@ Bytes widths()
     return pdf.build();
 }
 
+/// As many as no font has: 80 MB of them.
+Bytes tooManyWidths()
+{
+    auto pdf = onePage("<</Font<</F 4 0 R>>>>");
+    pdf.object(4, "<</Subtype/Type0/BaseFont/Wide/DescendantFonts[5 0 R]>>");
+    pdf.object(5, "<</Subtype/CIDFontType2/W[0[" + repeated("500 ", 20'000'000) + "]]>>");
+    return pdf.build();
+}
+
+Bytes longTrailer()
+{
+    std::string text = onePage("<<>>").text();
+    text.insert(text.rfind(">>"), "/W[" + repeated("500 ", 20'000'000) + "]");
+    return ascii(text);
+}
+
 Bytes widthsOfThousandsOfFonts()
 {
     std::string fonts;
@@ -438,10 +482,12 @@ constexpr auto documents = std::to_array<HostileFile>({
     {"object-stream-of-millions.pdf", objectStreamOfMillionsOfMembers, "1 page: Foo notEmbedded 1"},
     {"predictor-behind-flate.pdf", flatePredictor, "1 page: Foo trueType 1"},
     {"predictor-behind-lzw.pdf", lzwPredictor, "1 page: Foo trueType 1"},
+    {"additive-predictor.pdf", additivePredictor, "1 page: Foo trueType 1"},
     {"index-of-thousands.pdf", cffIndexOfThousandsInFortyBytes, "1 page: Foo cff 1"},
     {"parentheses.pdf", type1OfParentheses, "1 page: Open type1 1 with facts"},
     {"deep-page-tree.pdf", deepPageTree, "1 page: Bottom notEmbedded 1", Size::large},
     {"page-tree-in-itself.pdf", pageTreeInItself, "2 pages: Foo notEmbedded 1-2"},
+    {"shared-list-of-pages.pdf", sharedListOfPages, "4999995 pages", Size::large},
     {"long-parent-chain.pdf", longParentChain, "1000 pages", Size::large},
     {"parents-in-a-circle.pdf", parentsInACircle, "1 page"},
     {"deep-forms.pdf", deepForms, "1 page: Bottom notEmbedded 1, Top notEmbedded 1", Size::large},
@@ -466,6 +512,8 @@ constexpr auto documents = std::to_array<HostileFile>({
     {"long-hex-string.pdf", longHexString, "1 page: Foo notEmbedded 1"},
     {"long-comment.pdf", longComment, "1 page: Foo notEmbedded 1"},
     {"widths.pdf", widths, "1 page: Wide notEmbedded 1", Size::large},
+    {"too-many-widths.pdf", tooManyWidths, "1 page: Wide notEmbedded 1", Size::large},
+    {"long-trailer.pdf", longTrailer, "long-trailer.pdf couldn't be opened as a PDF.", Size::large},
     {"widths-of-thousands-of-fonts.pdf", widthsOfThousandsOfFonts, "1 page: Wide notEmbedded 1",
      Size::large},
     {"chain-of-references.pdf", chainOfReferences, "1 page: Foo notEmbedded 1", Size::large},

@@ -16,6 +16,10 @@ from dataclasses import dataclass
 from pathlib import Path
 
 SECONDS = 5
+# A process that waits takes next to no processor time. It is given up after 30 seconds, and its file
+# is reported like one that cannot be read.
+WAITING_SECONDS = 25
+WAITING_CPU_SECONDS = 1
 MEBIBYTES = 512
 
 
@@ -26,6 +30,10 @@ class Run:
     wall: float
     cpu: float
     memory: float  # MiB of the largest process, the command line itself or a reader
+
+    @property
+    def waited(self) -> bool:
+        return self.wall > WAITING_SECONDS and self.cpu < WAITING_CPU_SECONDS
 
 
 def run(cli: str, output: Path, arguments: list[str]) -> Run:
@@ -106,8 +114,8 @@ class Runner:
                     problems.append(f'not "{found[:200]}"')
             elif found != expected:
                 problems.append(f'"{found[:200]}" instead of "{expected}"')
-        # What else the machine does is no fault of the program.
-        if min(done.wall, done.cpu) > SECONDS * self._slower:
+        # What else the machine does is no fault of the program, but what it waits for is.
+        if min(done.wall, done.cpu) > SECONDS * self._slower or done.waited:
             problems.append("too slow")
         if done.memory > MEBIBYTES:
             problems.append("too much memory")

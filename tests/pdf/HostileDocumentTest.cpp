@@ -422,6 +422,36 @@ TEST(HostileDocument, ObjectThatIsTooLargeIsNotReadAgain)
     EXPECT_EQ(namesAndPages(scanned(pdf)), "Foo [1-2]");
 }
 
+/// Far more numbers than one object may have.
+std::string tooManyNumbers()
+{
+    std::string numbers;
+    while (numbers.size() < 4 * Limits::objectText)
+        numbers += "500 500 500 500 ";
+    return numbers;
+}
+
+TEST(HostileDocument, ObjectThatIsTooLargeIsNotHandedToLibqpdf)
+{
+    auto pdf = onePage("<</Font<</F 4 0 R>>>>");
+    pdf.object(4, "<</Subtype/Type0/BaseFont/Wide/DescendantFonts[5 0 R]>>");
+    pdf.object(5, "<</Subtype/CIDFontType2/W[0[" + tooManyNumbers() + "]]>>");
+    const Bytes bytes = pdf.build();
+    const std::size_t before = mostMemory();
+    EXPECT_EQ(namesAndPages(scanned(bytes)), "Wide [1]");
+    EXPECT_LT(mostMemory() - before, littleMemory);
+}
+
+TEST(HostileDocument, TrailerThatIsTooLargeIsNotRead)
+{
+    std::string text = onePage("<<>>").text();
+    text.insert(text.rfind(">>"), "/W[" + tooManyNumbers() + "]");
+    const Bytes bytes = ascii(text);
+    const std::size_t before = mostMemory();
+    EXPECT_EQ(test::openingError(bytes), PDFCheckError::Kind::unreadable);
+    EXPECT_LT(mostMemory() - before, 2 * littleMemory);
+}
+
 /// Pages that begin inside one another's strings, none of which ends within a mebibyte, and then
 /// one with a font.
 Bytes overlappingPages(int count)

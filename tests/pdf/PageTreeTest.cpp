@@ -1,5 +1,6 @@
 #include "pdf/PageTree.h"
 
+#include "pdf/Limits.h"
 #include "pdf/PDFDocument.h"
 #include "support/PDFBytes.h"
 
@@ -49,6 +50,26 @@ class Trees : public testing::TestWithParam<Tree> {};
 TEST_P(Trees, GiveTheirPagesFromLeftToRight)
 {
     EXPECT_EQ(pageNames(tree(GetParam().objects)), GetParam().pages);
+}
+
+TEST(PageTree, EndsInListsThatNodesShareByTheThousand)
+{
+    constexpr std::size_t nodes = 1'000;
+    std::string list = "[";
+    for (std::size_t i = 0; i < Limits::treeEntries / nodes; ++i)
+        list += "0 ";
+    const auto found = [&](std::size_t count) {
+        std::string kids = "3 0 R ";
+        for (std::size_t i = 0; i < count; ++i)
+            kids += std::to_string(10 + i) + " 0 R ";
+        PDFBytes pdf = tree({"/Kids[" + kids + "4 0 R]", "/Type/Page/N/A", "/Type/Page/N/B"});
+        pdf.object(5, list + "]");
+        for (std::size_t i = 0; i < count; ++i)
+            pdf.object(static_cast<int>(10 + i), "<</Kids 5 0 R>>");
+        return pageNames(pdf);
+    };
+    EXPECT_EQ(found(nodes / 10), "A B ");
+    EXPECT_EQ(found(nodes), "A ");
 }
 
 INSTANTIATE_TEST_SUITE_P(

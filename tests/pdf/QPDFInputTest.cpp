@@ -67,6 +67,34 @@ TEST(QPDFInput, ReadsThroughPiecesUpToTheEnd)
     EXPECT_EQ(file.getLastOffset(), 10);
 }
 
+TEST(QPDFInput, ReadsNoMoreOfOneObjectThanIsReadOfAny)
+{
+    constexpr std::size_t token = 128;
+    constexpr std::size_t size = Limits::objectText + 100 * token;
+    std::string text(size, 'x');
+    text[Limits::objectText / 2] = '\n';
+    // Counts what is read as libqpdf reads tokens, the last of which it sees twice.
+    const auto tokensFrom = [](QPDFInput& file) {
+        std::size_t count = 0;
+        for (std::string piece = read(file, token); !piece.empty(); piece = read(file, token)) {
+            count += piece.size();
+            if (count % 1'000 == 0) file.seek(-1, SEEK_CUR);
+        }
+        return count;
+    };
+    QPDFInput file = input(text, size);
+    EXPECT_LE(tokensFrom(file), Limits::objectText + Limits::objectText / 1'000);
+    EXPECT_LT(file.tell(), static_cast<qpdf_offset_t>(size));
+    // It can go on elsewhere, and from line to line.
+    file.seek(size - 1, SEEK_SET);
+    EXPECT_EQ(read(file, 1), "x");
+    file.seek(0, SEEK_SET);
+    EXPECT_EQ(file.findAndSkipNextEOL(), static_cast<qpdf_offset_t>(Limits::objectText / 2));
+    EXPECT_EQ(read(file, token).size(), token);
+    EXPECT_GT(tokensFrom(file), Limits::objectText / 2);
+    EXPECT_EQ(file.tell(), static_cast<qpdf_offset_t>(size));
+}
+
 TEST(QPDFInput, SeeksFromTheBeginningFromWhereItIsAndFromTheEnd)
 {
     QPDFInput file = input("0123456789");
