@@ -21,9 +21,12 @@ inline constexpr std::size_t treeEntries = 5'000'000;
 /// Arrays and dictionaries inside one another in one object.
 inline constexpr std::size_t objectDepth = 500;
 
-/// Bytes of text of one object: a list of all pages of a document with 800,000 of them. What
-/// libqpdf reads by itself, such as the trailer, takes twenty times that in memory.
+/// Bytes of text of one object: a list of all pages of a document with 800,000 of them.
 inline constexpr std::size_t objectText = 8 * mebibyte;
+
+/// Bytes of text of one object that libqpdf reads by itself, such as the trailer. It takes up to
+/// 240 times that in memory.
+inline constexpr std::size_t foreignObjectText = mebibyte;
 
 /// Bytes of text of the dictionary of a stream whose data are wanted. libqpdf parses it once more,
 /// and takes a hundred times the memory.

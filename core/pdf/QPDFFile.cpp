@@ -68,6 +68,7 @@ struct QPDFFile::Implementation {
     bool attempt(Work&& work, StreamDecoder& decoder)
     {
         const QPDFDecoding decoding(decoder);
+        input->beginObject();
         try {
             work();
             return true;

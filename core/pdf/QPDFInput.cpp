@@ -54,7 +54,7 @@ bool QPDFInput::isInTooLongAnObject(std::size_t length)
     if (m_position < m_tokens.begin || m_position > m_tokens.end)
         m_tokens = {m_position, m_position};
     m_tokens.end = std::max(m_tokens.end, m_position + static_cast<qpdf_offset_t>(length));
-    return m_tokens.end - m_tokens.begin > static_cast<qpdf_offset_t>(Limits::objectText);
+    return m_tokens.end - m_tokens.begin > static_cast<qpdf_offset_t>(Limits::foreignObjectText);
 }
 
 std::size_t QPDFInput::read(char* target, std::size_t length)
@@ -96,7 +96,7 @@ qpdf_offset_t QPDFInput::findAndSkipNextEOL()
             ++at;
         m_position += static_cast<qpdf_offset_t>(at);
         // It goes from line to line in tables, and where it searches.
-        m_tokens = {m_position, m_position};
+        beginObject();
         if (lineEnd >= 0 && at < bytes.size()) return lineEnd;
     }
 }

@@ -15,8 +15,8 @@ namespace quillmark::PDF {
 /// libqpdf reads a token or a line at a time, and stream data in long pieces. Denying the long ones
 /// keeps it from unpacking object streams on its own, where it would parse every object and where
 /// objects that overlap cost any amount of time. Counting all bytes keeps it from searching the
-/// same stretch of a damaged file again and again. An object that libqpdf reads by itself may be no
-/// longer than any other. What is denied looks like the end of the file.
+/// same stretch of a damaged file again and again. An object that libqpdf reads by itself may be
+/// only so long. What is denied looks like the end of the file.
 class QPDFInput final : public InputSource {
 public:
     explicit QPDFInput(std::unique_ptr<ByteSource> source);
@@ -24,6 +24,8 @@ public:
     [[nodiscard]] ByteSource& source() { return *m_source; }
     /// Whether stream data may be read. They may at first.
     void allowStreams(bool allowed) { m_streamsAllowed = allowed; }
+    /// What is read from here on is another object, even if it follows on the last one.
+    void beginObject() { m_tokens = {m_position, m_position}; }
     /// Counts work that was done on behalf of damage as if it were bytes read.
     void charge(std::uint64_t bytes) { m_bytesLeft -= bytes < m_bytesLeft ? bytes : m_bytesLeft; }
 

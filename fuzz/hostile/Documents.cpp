@@ -406,7 +406,8 @@ Bytes tooManyWidths()
 Bytes longTrailer()
 {
     std::string text = onePage("<<>>").text();
-    text.insert(text.rfind(">>"), "/W[" + repeated("500 ", 20'000'000) + "]");
+    // Names without a letter, each of which takes a hundred times its text.
+    text.insert(text.rfind(">>"), "/W[" + std::string(80'000'000, '/') + "]");
     return ascii(text);
 }
 

@@ -67,12 +67,12 @@ TEST(QPDFInput, ReadsThroughPiecesUpToTheEnd)
     EXPECT_EQ(file.getLastOffset(), 10);
 }
 
-TEST(QPDFInput, ReadsNoMoreOfOneObjectThanIsReadOfAny)
+TEST(QPDFInput, ReadsOnlySoMuchOfOneObject)
 {
     constexpr std::size_t token = 128;
-    constexpr std::size_t size = Limits::objectText + 100 * token;
+    constexpr std::size_t size = Limits::foreignObjectText + 100 * token;
     std::string text(size, 'x');
-    text[Limits::objectText / 2] = '\n';
+    text[Limits::foreignObjectText / 2] = '\n';
     // Counts what is read as libqpdf reads tokens, the last of which it sees twice.
     const auto tokensFrom = [](QPDFInput& file) {
         std::size_t count = 0;
@@ -83,15 +83,17 @@ TEST(QPDFInput, ReadsNoMoreOfOneObjectThanIsReadOfAny)
         return count;
     };
     QPDFInput file = input(text, size);
-    EXPECT_LE(tokensFrom(file), Limits::objectText + Limits::objectText / 1'000);
+    EXPECT_LE(tokensFrom(file), Limits::foreignObjectText + Limits::foreignObjectText / 1'000);
     EXPECT_LT(file.tell(), static_cast<qpdf_offset_t>(size));
-    // It can go on elsewhere, and from line to line.
+    // It can go on with another object, elsewhere, and from line to line.
+    file.beginObject();
+    EXPECT_EQ(read(file, token).size(), token);
     file.seek(size - 1, SEEK_SET);
     EXPECT_EQ(read(file, 1), "x");
     file.seek(0, SEEK_SET);
-    EXPECT_EQ(file.findAndSkipNextEOL(), static_cast<qpdf_offset_t>(Limits::objectText / 2));
+    EXPECT_EQ(file.findAndSkipNextEOL(), static_cast<qpdf_offset_t>(Limits::foreignObjectText / 2));
     EXPECT_EQ(read(file, token).size(), token);
-    EXPECT_GT(tokensFrom(file), Limits::objectText / 2);
+    EXPECT_GT(tokensFrom(file), Limits::foreignObjectText / 2);
     EXPECT_EQ(file.tell(), static_cast<qpdf_offset_t>(size));
 }
 
