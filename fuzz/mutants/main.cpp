@@ -1,10 +1,12 @@
 // Has the reader process read mutants of fonts or documents, one after the other, and tells of each
 // over which it ends, is silent, says what no sound reader says or takes too much memory; or sees
 // whether a process that reads both in turn takes more and more memory; or writes mutants for other
-// programs. Run by ../../scripts/mutants and by CTest.
+// programs; or has other files read. Run by ../../scripts/mutants, ../../scripts/hostile and by
+// CTest.
 
 #include "Inputs.h"
 
+#include "reader/Limits.h"
 #include "reader/Messages.h"
 #include "reader/ReaderProcess.h"
 #include "support/PDFBytes.h"
@@ -20,6 +22,7 @@
 #include <fstream>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -106,9 +109,10 @@ std::string fileName(const Kind& kind, std::uint64_t number)
 /// Has a process read one file: what is wrong with its answer, if anything. `readable` counts the
 /// files of which something could be read.
 const char* readFile(ReaderProcess& process, reader::Question question,
-                     const std::filesystem::path& file, std::uint64_t& readable)
+                     const std::filesystem::path& file, std::uint64_t& readable,
+                     milliseconds patience = longest)
 {
-    const Clock::time_point end = Clock::now() + longest;
+    const Clock::time_point end = Clock::now() + patience;
     writeQuestion(process.questions(), question, file.native());
     Answer answer(question);
     for (;;) {
@@ -234,6 +238,27 @@ bool staysSmall(const std::filesystem::path& program,
     return fifth > 0 && end <= fifth + std::max(fifth / 20, pieces);
 }
 
+/// Has a process read each of these files; whether none of them ended it, or got no answer.
+bool outlives(const std::filesystem::path& program, std::span<const std::string> files)
+{
+    std::uint64_t readable = 0;
+    std::size_t found = 0;
+    auto process = std::make_unique<ReaderProcess>(program);
+    for (const std::string& file : files) {
+        const auto kind = std::ranges::find(
+            kinds, file.ends_with(".pdf") ? reader::Question::document : reader::Question::faces,
+            &Kind::question);
+        // How long they take is for others to judge, who know what else the machine does.
+        const char* problem =
+            readFile(*process, kind->question, file, readable, reader::Limits::silence);
+        if (!problem) continue;
+        std::printf("%s over %s\n", problem, file.c_str());
+        ++found;
+        process = std::make_unique<ReaderProcess>(program);
+    }
+    return found == 0;
+}
+
 std::optional<std::uint64_t> number(std::string_view text)
 {
     std::uint64_t value = 0;
@@ -245,7 +270,8 @@ std::optional<std::uint64_t> number(std::string_view text)
 constexpr const char* usage =
     "usage: mutants fonts|documents SEEDS WORDS FIRST COUNT READER FINDINGS\n"
     "       mutants growth SEEDS WORDS FIRST COUNT READER\n"
-    "       mutants write SEEDS WORDS FIRST COUNT FOLDER\n";
+    "       mutants write SEEDS WORDS FIRST COUNT FOLDER\n"
+    "       mutants files READER FILE...\n";
 
 } // namespace
 
@@ -253,6 +279,8 @@ int main(int argc, char** argv)
 {
     const std::vector<std::string> given(argv + std::min(argc, 1), argv + argc);
     const std::string what = given.empty() ? "" : given.front();
+    if (what == "files" && given.size() >= 3)
+        return outlives(given[1], std::span(given).subspan(2)) ? EXIT_SUCCESS : EXIT_FAILURE;
     const auto kind = std::ranges::find(kinds, std::string_view(what), &Kind::name);
     const bool isKnown = kind != kinds.end()
                              ? given.size() == 7
