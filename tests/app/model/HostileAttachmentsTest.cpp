@@ -28,6 +28,7 @@ class Watch {
 public:
     explicit Watch(const std::vector<fs::path>& folders) : m_descriptor(inotify_init1(IN_NONBLOCK))
     {
+        EXPECT_GE(m_descriptor, 0) << "nothing can be watched";
         for (const auto& folder : folders) {
             add(folder);
             for (const auto& entry : fs::recursive_directory_iterator(folder))
@@ -59,13 +60,33 @@ public:
 private:
     void add(const fs::path& path)
     {
-        m_paths[inotify_add_watch(m_descriptor, path.c_str(), IN_ALL_EVENTS | IN_DONT_FOLLOW)] =
-            path;
+        const int watched =
+            inotify_add_watch(m_descriptor, path.c_str(), IN_ALL_EVENTS | IN_DONT_FOLLOW);
+        EXPECT_GE(watched, 0) << path << " cannot be watched";
+        m_paths[watched] = path;
     }
 
     int m_descriptor;
     std::map<int, std::string> m_paths;
 };
+
+TEST(Watch, TellsOfWhatIsOpenedChangedAndRemoved)
+{
+    const TemporaryFolder folder;
+    const auto file = folder.write("canary/deep/precious.pdf", "precious");
+    const auto told = [&](const std::function<void()>& act) {
+        const Watch watch({folder.path() / "canary"});
+        act();
+        return watch.seen();
+    };
+    const auto tells = testing::Contains(StartsWith((folder.path() / "canary").native()));
+    EXPECT_THAT(told([] {}), IsEmpty());
+    EXPECT_THAT(told([&] { EXPECT_EQ(folder.content("canary/deep/precious.pdf"), "precious"); }),
+                tells);
+    EXPECT_THAT(told([&] { EXPECT_EQ(::chmod(file.c_str(), 0600), 0); }), tells);
+    EXPECT_THAT(told([&] { folder.write("canary/new", ""); }), tells);
+    EXPECT_THAT(told([&] { fs::remove(file); }), tells);
+}
 
 /// All that is below a folder: paths, kinds, permissions, times and contents.
 std::vector<std::string> inventory(const fs::path& folder)
