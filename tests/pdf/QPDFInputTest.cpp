@@ -67,6 +67,17 @@ TEST(QPDFInput, ReadsThroughPiecesUpToTheEnd)
     EXPECT_EQ(file.getLastOffset(), 10);
 }
 
+TEST(QPDFInput, FindsTheFirstLineEndInLongLines)
+{
+    for (const std::size_t place : {0U, 1'022U, 1'023U, 1'024U, 1'025U, 5'000U})
+        for (const std::string end : {"\n", "\r", "\r\n", "\n\r\n"}) {
+            const std::string text = std::string(place, 'x') + end + "y\r\n";
+            QPDFInput file = input(text, text.size());
+            EXPECT_EQ(file.findAndSkipNextEOL(), static_cast<qpdf_offset_t>(place));
+            EXPECT_EQ(file.tell(), static_cast<qpdf_offset_t>(place + end.size())) << place;
+        }
+}
+
 TEST(QPDFInput, ReadsOnlySoMuchOfOneObject)
 {
     constexpr std::size_t token = 128;
