@@ -59,6 +59,8 @@ public:
     }
 
 private:
+    // As deep as the window's own widgets stand in each other.
+    // NOLINTNEXTLINE(misc-no-recursion)
     static void collectOperable(const QWidget* parent, QWidgetList& found)
     {
         for (auto* const child :
@@ -98,11 +100,11 @@ QAccessibleInterface* present(const QString&, QObject* object)
     return new PresentedWidget(static_cast<QWidget*>(object), given.value<Presentation>());
 }
 
-void give(QWidget* widget, Presentation presentation)
+void give(QWidget* widget, const Presentation& presentation)
 {
     static const bool installed = (QAccessible::installFactory(present), true);
     Q_ASSERT(installed);
-    widget->setProperty(property, QVariant::fromValue(std::move(presentation)));
+    widget->setProperty(property, QVariant::fromValue(presentation));
     // Giving a widget its name has already asked how it is presented.
     if (QAccessibleInterface* const former = QAccessible::queryAccessibleInterface(widget))
         QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(former));

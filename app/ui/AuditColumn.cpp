@@ -56,9 +56,9 @@ constexpr auto columns = std::to_array<Column>({
 });
 static_assert(columns.size() == rawValues<AuditColumn>.size());
 
-const Column& column(AuditColumn wanted)
+const Column& entryOf(AuditColumn column)
 {
-    return columns.at(static_cast<std::size_t>(wanted));
+    return columns.at(static_cast<std::size_t>(column));
 }
 
 constexpr auto ofDocuments = allCases<AuditColumn>;
@@ -68,7 +68,7 @@ constexpr std::array ofFonts{AuditColumn::font, AuditColumn::verdict, AuditColum
 /// A name can have megabytes. More than this no display shows in one line.
 constexpr std::size_t longestCell = 500; // bytes
 
-QString cellText(std::string text)
+QString cellText(const std::string& text)
 {
     if (text.size() <= longestCell) return qtText(printable(text));
     std::string start;
@@ -93,33 +93,33 @@ std::span<const AuditColumn> columnsOf(ListKind kind)
     return {};
 }
 
-QString columnTitle(AuditColumn wanted, ListKind kind)
+QString columnTitle(AuditColumn column, ListKind kind)
 {
-    const Column& found = column(wanted);
+    const Column& found = entryOf(column);
     return qtText(kind == ListKind::document ? found.documentTitle : found.title);
 }
 
-ColumnWidths columnWidths(AuditColumn wanted)
+ColumnWidths columnWidths(AuditColumn column)
 {
-    return column(wanted).widths;
+    return entryOf(column).widths;
 }
 
-QString columnText(AuditColumn wanted, const AuditRow& row)
+QString columnText(AuditColumn column, const AuditRow& row)
 {
-    return cellText(column(wanted).text(row));
+    return cellText(entryOf(column).text(row));
 }
 
-QString secondaryText(AuditColumn wanted, const AuditRow& row)
+QString secondaryText(AuditColumn column, const AuditRow& row)
 {
-    return wanted == AuditColumn::font ? cellText(row.otherName().value_or(std::string()))
+    return column == AuditColumn::font ? cellText(row.otherName().value_or(std::string()))
                                        : QString();
 }
 
-QString spokenText(AuditColumn wanted, const AuditRow& row)
+QString spokenText(AuditColumn column, const AuditRow& row)
 {
-    if (wanted == AuditColumn::verdict) return verdictLook(row.assessment.verdict).accessibleLabel;
-    const QString text = columnText(wanted, row);
-    const QString beside = secondaryText(wanted, row);
+    if (column == AuditColumn::verdict) return verdictLook(row.assessment.verdict).accessibleLabel;
+    const QString text = columnText(column, row);
+    const QString beside = secondaryText(column, row);
     return beside.isEmpty() ? text : text + QStringLiteral(", ") + beside;
 }
 

@@ -151,7 +151,7 @@ void VerdictDelegate::paintContent(QPainter& painter, const QStyleOptionViewItem
     const auto plate =
         isSelected(option) ? std::optional(option.palette.color(QPalette::Base)) : std::nullopt;
     paintVerdictBadge(painter,
-                      QPointF(place.left(), place.top() + (place.height() - size.height()) / 2),
+                      QPoint(place.left(), place.top() + (place.height() - size.height()) / 2),
                       shown, BadgeSize::small, plate);
 }
 

@@ -13,8 +13,6 @@
 namespace quillmark {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr int wrongUse = 2;
 
 // At most 79 columns, so that nothing wraps on the usual terminal.

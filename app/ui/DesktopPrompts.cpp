@@ -31,11 +31,11 @@ namespace fs = std::filesystem;
 
 /// How a panel for each choice differs, in the order of OpenPanel::Choice.
 struct ChoiceLook {
-    OpenPanel::Choice choice;
+    OpenPanel::Choice choice{};
     QLatin1StringView purpose; // its key in the settings
-    QFileDialog::FileMode mode;
+    QFileDialog::FileMode mode{};
     QLatin1StringView filter; // empty: every file
-    QStandardPaths::StandardLocation first;
+    QStandardPaths::StandardLocation first{};
 };
 
 // Filters tell capitals from small letters on some desktops.

@@ -39,6 +39,28 @@ constexpr int areaPadding = 24;
 constexpr qreal radius = 14;
 constexpr qreal lineWidth = 2;
 
+/// The content in the middle of what scrolls: in a low window the texts would be cut, or keep it
+/// from being made low.
+QWidget* scrolled(QWidget* content)
+{
+    auto* const middle = new QWidget;
+    auto* const centred = new QHBoxLayout(middle);
+    centred->setContentsMargins(0, 0, 0, 0);
+    centred->addStretch(1);
+    centred->addWidget(content, 1'000);
+    centred->addStretch(1);
+    auto* const scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(middle);
+    // What lies under it is the area, with its tint.
+    for (QWidget* const ground : {scroll->viewport(), middle})
+        ground->setAutoFillBackground(false);
+    return scroll;
+}
+
 } // namespace
 
 /// The outlined area, one thing to whoever cannot see it.
@@ -79,7 +101,11 @@ private:
 };
 
 DocumentDropView::DocumentDropView(AppModel& model, QWidget* parent)
-    : QWidget(parent), m_model(model), m_area(new DropArea)
+    : QWidget(parent), m_model(model), m_area(new DropArea),
+      m_choose(new QPushButton(u"Choose PDF…"_s)), m_busy(new QWidget),
+      m_progress(new QProgressBar),
+      m_checking(new TextLabel({}, TextStyle::body, TextTone::secondary)),
+      m_return(new QShortcut(Qt::Key_Return, this)), m_enter(new QShortcut(Qt::Key_Enter, this))
 {
     setAcceptDrops(true);
     const QString title = u"Drop a PDF here"_s;
@@ -102,15 +128,11 @@ DocumentDropView::DocumentDropView(AppModel& model, QWidget* parent)
         label->setWordWrap(true);
     }
 
-    m_choose = new QPushButton(u"Choose PDF…"_s);
     m_choose->setDefault(true);
     connect(m_choose, &QPushButton::clicked, &m_model, &AppModel::chooseDocuments);
-    m_busy = new QWidget;
-    m_progress = new QProgressBar;
     m_progress->setRange(0, 0);
     m_progress->setTextVisible(false);
     m_progress->setFixedWidth(220);
-    m_checking = new TextLabel({}, TextStyle::body, TextTone::secondary);
     m_checking->setAlignment(Qt::AlignHCenter);
     m_checking->setElided(Qt::ElideMiddle); // a name without blanks would widen the page
     auto* const busyLayout = new QVBoxLayout(m_busy);
@@ -141,32 +163,14 @@ DocumentDropView::DocumentDropView(AppModel& model, QWidget* parent)
     content->setLayout(column);
     content->setMaximumWidth(textWidth);
 
-    auto* const middle = new QWidget;
-    auto* const centred = new QHBoxLayout(middle);
-    centred->setContentsMargins(0, 0, 0, 0);
-    centred->addStretch(1);
-    centred->addWidget(content, 1'000);
-    centred->addStretch(1);
-    // In a low window the texts would be cut, or keep it from being made low.
-    auto* const scroll = new QScrollArea;
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setWidgetResizable(true);
-    scroll->setWidget(middle);
-    // What lies under it is the area, with its tint.
-    for (QWidget* const ground : {scroll->viewport(), middle})
-        ground->setAutoFillBackground(false);
     auto* const inside = new QVBoxLayout(m_area);
     inside->setContentsMargins(areaPadding, areaPadding, areaPadding, areaPadding);
-    inside->addWidget(scroll);
+    inside->addWidget(scrolled(content));
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(pageMargin, pageMargin, pageMargin, pageMargin);
     layout->addWidget(m_area);
 
     // A default button answers these keys by itself only in a dialog.
-    m_return = new QShortcut(Qt::Key_Return, this);
-    m_enter = new QShortcut(Qt::Key_Enter, this);
     for (const QShortcut* const shortcut : {m_return, m_enter})
         connect(shortcut, &QShortcut::activated, &m_model, &AppModel::chooseDocuments);
     connect(qApp, &QApplication::focusChanged, this, &DocumentDropView::followFocus);

@@ -37,12 +37,12 @@ private:
 
     AppModel& m_model;
     DropArea* m_area;
-    QPushButton* m_choose{};
-    QWidget* m_busy{};
-    QProgressBar* m_progress{};
-    TextLabel* m_checking{};
-    QShortcut* m_return{};
-    QShortcut* m_enter{};
+    QPushButton* m_choose;
+    QWidget* m_busy;
+    QProgressBar* m_progress;
+    TextLabel* m_checking;
+    QShortcut* m_return;
+    QShortcut* m_enter;
 };
 
 } // namespace quillmark

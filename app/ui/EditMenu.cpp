@@ -10,6 +10,7 @@
 #include <QTextDocument>
 #include <QTextEdit>
 
+#include <array>
 #include <optional>
 #include <string_view>
 
@@ -79,14 +80,14 @@ bool isUseful(const QWidget& widget, std::string_view slot)
 
 EditMenu::EditMenu(QWidget* parent) : QMenu(u"&Edit"_s, parent)
 {
-    const Entry entries[]{
+    const auto entries = std::to_array<Entry>({
         {"undo", u"Undo"_s, QKeySequence::Undo},
         {"redo", u"Redo"_s, QKeySequence::Redo},
         {"cut", u"Cut"_s, QKeySequence::Cut},
         {"copy", u"Copy"_s, QKeySequence::Copy},
         {"paste", u"Paste"_s, QKeySequence::Paste},
         {"selectAll", u"Select All"_s, QKeySequence::SelectAll},
-    };
+    });
     for (const Entry& entry : entries) {
         const std::string_view slot = entry.slot;
         if (slot == "cut" || slot == "selectAll") addSeparator();

@@ -62,6 +62,7 @@ void FactList::setFacts(const std::vector<Fact>& facts)
             ++fact;
         }
         row.label->setVisible(row.shown != nullptr);
+        // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): there is always a text
         row.text->setVisible(row.shown == row.text);
         if (row.link != nullptr) row.link->setVisible(row.shown == row.link);
     }

@@ -113,7 +113,8 @@ void FilterChip::paintEvent(QPaintEvent*)
     painter.setFont(font);
     const int word = painter.fontMetrics().horizontalAdvance(m_word);
     // In the middle of the room for the wider words of the chosen state.
-    qreal x = pill.left() + sidePadding + (all.word - word) / 2;
+    const int beside = (all.word - word) / 2;
+    qreal x = pill.left() + sidePadding + beside;
     const qreal baseline = pill.top() + (pill.height() - all.text.height()) / 2 + all.text.ascent();
     if (all.symbol != 0) {
         // On whole pixels, where it is sharp.

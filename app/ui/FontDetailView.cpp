@@ -49,14 +49,14 @@ std::string asParagraphs(const std::vector<std::string>& texts)
 } // namespace
 
 FontDetailView::FontDetailView(AppModel& model, QWidget* parent)
-    : QStackedWidget(parent), m_model(model), m_chain(new TextChain(this))
-{
-    m_empty = new EmptyState(u"sidebar.right"_s, u"Select a font"_s,
+    : QStackedWidget(parent), m_model(model), m_chain(new TextChain(this)),
+      m_empty(new EmptyState(u"sidebar.right"_s, u"Select a font"_s,
                              u"Its verdict, the reasons, what the font says about itself, and "
-                             u"your license notes."_s);
+                             u"your license notes."_s)),
+      m_scroll(new QScrollArea)
+{
     addWidget(m_empty);
 
-    m_scroll = new QScrollArea;
     m_scroll->setFrameShape(QFrame::NoFrame);
     m_scroll->setWidgetResizable(true);
     m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -41,8 +41,8 @@ private:
     std::optional<AuditRow> m_row; // the one that is shown
     TextChain* m_chain{};
 
-    QWidget* m_empty{};
-    QScrollArea* m_scroll{};
+    QWidget* m_empty;
+    QScrollArea* m_scroll;
     SelectableText* m_name{};
     SelectableText* m_postScriptName{};
     VerdictBadge* m_badge{};

@@ -66,7 +66,7 @@ QString StatusLine::summary() const
 {
     const std::optional<AuditList>& list = m_model.list();
     if (!list || list->rows.empty()) return {};
-    const QString all = qtText(AuditSummary::of(list->rows.span()).text());
+    QString all = qtText(AuditSummary::of(list->rows.span()).text());
     if (m_shownRows == static_cast<int>(list->rows.size())) return all;
     return u"%1 shown of %2"_s.arg(QString::number(m_shownRows), all);
 }

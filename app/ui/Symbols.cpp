@@ -49,7 +49,7 @@ QPixmap drawn(const QString& name, const QColor& colour, int side)
 class SymbolEngine final : public QIconEngine {
 public:
     SymbolEngine(QString name, std::optional<QColor> colour)
-        : m_name(std::move(name)), m_colour(std::move(colour))
+        : m_name(std::move(name)), m_colour(colour)
     {
     }
 
