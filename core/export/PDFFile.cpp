@@ -122,6 +122,8 @@ private:
 
 PDFFile::PDFFile()
 {
+    constexpr std::size_t usualSize = std::size_t{64} << 10U; // of a report with its own face
+    m_bytes.reserve(usualSize);
     append("%PDF-1.5\n%\xE2\xE3\xCF\xD3\n"); // not ASCII, as transfer programs can see
 }
 
