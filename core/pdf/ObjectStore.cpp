@@ -155,7 +155,7 @@ ParsedObjectRef ObjectStore::readFromFile(const Reference& reference, std::uint6
         return object;
     };
     if (auto object = read(offset)) return object;
-    // It is where it should be; and libqpdf would read all of it, which takes twenty times its
+    // It is where it should be; and libqpdf, which would search for it, would take many times its
     // text.
     if (m_parser.wasTooLong()) return nullptr;
     if (m_file->repair(reference)) {
